@@ -1,0 +1,30 @@
+#pragma once
+
+#include <Orvalo3DReader/Export.h>
+#include <Orvalo3DReader/Model/Point.h>
+
+#include <memory>
+
+namespace orvalo {
+
+/// A numbered list of cube positions.
+///
+/// Copies show the same points as their source and share them; the last copy releases them.
+class ORVALO3DREADER_EXPORT Set {
+public:
+    Set() = default;
+    /// A set of `pointsCount` points at the origin. Throws OutOfMemory.
+    Set(int setId, unsigned int pointsCount);
+
+    int id = 0;
+    /// Number of positions.
+    unsigned int count = 0;
+    /// `count` packed points in file order, at the start of a buffer of 12 bytes per point. Owned by this object and
+    /// its copies.
+    Point* points = nullptr;
+
+private:
+    std::shared_ptr<unsigned char[]> storage_;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <Orvalo3DReader/Export.h>
+
+#include <cstddef>
+#include <memory>
+
+namespace orvalo {
+
+/// A numbered array of samples, held as doubles or as floats.
+///
+/// Copies show the same samples as their source and share them; the last copy releases them.
+class ORVALO3DREADER_EXPORT Table {
+public:
+    /// Sample `index` as a double. Not range-checked.
+    double Get(std::size_t index) const;
+
+    int id = -1;
+    /// Bytes per sample: 8 or 4; 0 until the samples are allocated.
+    std::size_t elementSize = 0;
+    /// Number of samples.
+    std::size_t count = 0;
+    /// `count` samples of `elementSize` bytes, or null. Owned by this object and its copies.
+    void* data = nullptr;
+    /// Whether the samples are doubles (true) or floats.
+    bool doublePrecision = true;
+
+private:
+    friend class ModelAccess;
+
+    /// Allocates `count` zeroed samples. Throws OutOfMemory.
+    void Allocate(bool asDoubles);
+
+    std::shared_ptr<unsigned char[]> storage_;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,105 @@
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+/// Decimal digits eight at a time. Every function may read up to eight bytes from the place it is given, so buffers
+/// that are scanned carry at least that many readable bytes behind their end.
+namespace orvalo {
+
+static_assert(std::endian::native == std::endian::little, "the first character is taken to be the lowest byte");
+
+inline std::uint64_t LoadEight(const char* p) {
+    std::uint64_t word;
+    std::memcpy(&word, p, sizeof word);
+    return word;
+}
+
+/// The top bit of each byte that is no digit. Exact up to the first such byte; behind a byte of 138 or more a digit
+/// may be marked too.
+inline std::uint64_t NonDigits(std::uint64_t word) {
+    const std::uint64_t x = word ^ 0x3030303030303030U;
+    return ((x + 0x7676767676767676U) | x) & 0x8080808080808080U;
+}
+
+/// How many digits `word` begins with.
+inline unsigned int LeadingDigits(std::uint64_t word) {
+    return static_cast<unsigned int>(std::countr_zero(NonDigits(word))) / 8U;
+}
+
+/// The number that the first `count` (0 to 8) digits of `word` spell.
+inline std::uint32_t DigitsValue(std::uint64_t word, unsigned int count) {
+    // Moved to the end, with zeros before them, the digits are paired to two, then four, then eight places.
+    std::uint64_t v = word & 0x0F0F0F0F0F0F0F0FU;
+    v = count == 0 ? 0 : v << (64U - 8U * count);
+    v = (v * 10 + (v >> 8U)) & 0x00FF00FF00FF00FFU;
+    v = (v * 100 + (v >> 16U)) & 0x0000FFFF0000FFFFU;
+    return static_cast<std::uint32_t>(v * 10000 + (v >> 32U));
+}
+
+namespace detail {
+
+inline constexpr std::array<std::uint64_t, 9> digitScale = {1,      10,      100,      1000,     10000,
+                                                             100000, 1000000, 10000000, 100000000};
+inline constexpr std::array<double, 23> exactPower = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                       1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                       1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+/// Appends the digits at `p` to `mantissa`; returns the place behind them.
+inline const char* AppendDigits(const char* p, std::uint64_t& mantissa) {
+    for (;;) {
+        const std::uint64_t word = LoadEight(p);
+        const unsigned int count = LeadingDigits(word);
+        mantissa = mantissa * digitScale[count] + DigitsValue(word, count);
+        p += count;
+        if (count < 8) return p;
+    }
+}
+
+}  // namespace detail
+
+/// Converts the decimal number without a sign at `p`: digits, a point, an exponent. Returns the place behind it, or
+/// null when there is none there or its value is not sure to be the correctly rounded one; the general conversion
+/// then decides. The text must end in a byte that is no digit, with eight readable bytes behind it.
+///
+/// Exactness (Clinger 1990): an integer of at most 2^53 and a power of ten of at most 10^22 are both doubles, so
+/// that their one product or quotient is correctly rounded.
+inline const char* FastDecimal(const char* p, double& value) {
+    constexpr std::ptrdiff_t mostDigits = 19;  // What 64 bits hold for sure.
+    constexpr std::uint64_t largestExact = std::uint64_t{1} << 53U;
+
+    std::uint64_t mantissa = 0;
+    const char* const integer = p;
+    p = detail::AppendDigits(p, mantissa);
+    std::ptrdiff_t digits = p - integer;
+    int exponent = 0;
+    if (*p == '.') {
+        const char* const fraction = p + 1;
+        p = detail::AppendDigits(fraction, mantissa);
+        if (p - fraction > mostDigits) return nullptr;
+        exponent = static_cast<int>(fraction - p);
+        digits += p - fraction;
+    }
+    if (digits == 0 || digits > mostDigits || mantissa > largestExact) return nullptr;
+    if ((*p | 0x20) == 'e') {
+        const char* q = p + 1;
+        const bool negative = *q == '-';
+        q += negative || *q == '+' ? 1 : 0;
+        const std::uint64_t word = LoadEight(q);
+        const unsigned int count = LeadingDigits(word);
+        if (count == 0 || count > 4) return nullptr;
+        const int written = static_cast<int>(DigitsValue(word, count));
+        exponent += negative ? -written : written;
+        p = q + count;
+    }
+    const auto significand = static_cast<double>(mantissa);
+    if (exponent < -22 || exponent > 22) return nullptr;
+    value = exponent < 0 ? significand / detail::exactPower[static_cast<std::size_t>(-exponent)]
+                         : significand * detail::exactPower[static_cast<std::size_t>(exponent)];
+    return p;
+}
+
+}  // namespace orvalo

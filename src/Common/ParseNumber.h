@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string_view>
+
+namespace orvalo {
+
+/// The value of a decimal number [sign] digits [. digits] [e [sign] digits], correctly rounded: beyond every double it
+/// is an infinity, below every double a zero. The text must have that form.
+double DecimalValue(std::string_view text);
+
+/// Converts the number at the start of [p, end) as strtod does in the "C" locale, whatever locale is set: white space,
+/// sign, decimal or hexadecimal digits with an exponent, inf, infinity, nan or nan(...), the longest that there is.
+/// Returns the place behind it, or `p` with a value of 0 when there is none. `*end` must be readable, be no part of a
+/// number, and have eight readable bytes behind it.
+const char* ParseNumber(const char* p, const char* end, double& value);
+
+}  // namespace orvalo

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+/// Everything that the library asks of the operating system. A port replaces the one source file behind this.
+namespace orvalo::platform {
+
+/// A zeroed buffer of `count` elements, or null when the product overflows or memory does not suffice. From about a
+/// page on, memory is committed only as it is written, so a count that a file merely claims costs address space.
+std::shared_ptr<unsigned char[]> AllocateZeroed(std::size_t count, std::size_t elementSize) noexcept;
+
+/// A file open for reading in binary mode.
+class InputFile {
+public:
+    InputFile() = default;
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+    InputFile(InputFile&& other) noexcept;
+    InputFile& operator=(InputFile&& other) noexcept;
+    ~InputFile();
+
+    /// Whether the path could be opened.
+    bool Open(const std::string& path) noexcept;
+    void Close() noexcept;
+
+    /// Fills `buffer` with up to `size` bytes: fewer only at the end of the file, nothing on a read error.
+    std::optional<std::size_t> Read(void* buffer, std::size_t size) noexcept;
+
+    /// The size of a regular file; nothing for anything else.
+    std::optional<std::uint64_t> Size() const noexcept;
+
+private:
+    int descriptor_ = -1;
+};
+
+/// The size that the file's status reports, or nothing when it cannot be asked.
+std::optional<std::uint64_t> FileSize(const std::string& path) noexcept;
+
+bool FileExists(const std::string& path) noexcept;
+
+/// The path made absolute and freed of "." and "..", without following links. Nothing when the current directory is
+/// unknown.
+std::optional<std::string> AbsolutePath(const std::string& path);
+
+}  // namespace orvalo::platform

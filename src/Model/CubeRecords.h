@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <memory>
+
+#include "Common/Platform.h"
+
+namespace orvalo {
+
+/// Bytes of a packed cube record: x, y, z (16-bit each), material (8-bit).
+inline constexpr std::size_t cubeStride = 7;
+/// Bytes of a packed damping record: a cube record and an 8-byte double.
+inline constexpr std::size_t dampingCubeStride = 15;
+
+/// Writes a cube record as one 8-byte store. The eighth byte falls on the start of the next record, which is written
+/// later, or on the byte of slack behind the last one.
+inline void StoreCube(unsigned char* record, unsigned int x, unsigned int y, unsigned int z, unsigned int material) {
+    const std::uint64_t packed = std::uint64_t{x} | std::uint64_t{y} << 16U | std::uint64_t{z} << 32U |
+                                 std::uint64_t{material} << 48U;
+    std::memcpy(record, &packed, sizeof packed);
+}
+
+/// Zeroed records with a byte of slack behind them: clients may read the last 7-byte record as an 8-byte Cube, and
+/// StoreCube writes as many. Null when they do not fit memory.
+inline std::shared_ptr<unsigned char[]> AllocateRecords(std::size_t count, std::size_t stride) {
+    if (count > (std::numeric_limits<std::size_t>::max() - 1) / stride) return nullptr;
+    return platform::AllocateZeroed(count * stride + 1, 1);
+}
+
+}  // namespace orvalo
