@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+
+#include <Orvalo3DReader/Model/Actuator.h>
+
+/// The words of the input file for what the model holds as numbers. An unset number has no word.
+inline std::string MethodName(int method) {
+    return method == 1 ? "force" : method == 2 ? "absolute" : "";
+}
+
+inline std::string TypeName(int type) {
+    constexpr const char* names[] = {"", "fullpulse", "halfpulse", "continuouswave"};
+    return names[type];
+}
+
+inline std::string WaveformName(int waveform) {
+    constexpr const char* names[] = {"", "square", "sine", "gaussian"};
+    return names[waveform];
+}
+
+inline std::string EnvelopeName(int envelope) {
+    return envelope == 1 ? "hannwindow" : "none";
+}
+
+inline std::string WriteModeName(int writeMode) {
+    constexpr const char* names[] = {"overwrite", "create", "append"};
+    return names[writeMode];
+}
+
+inline std::string FileFormatName(int fileFormat) {
+    return fileFormat == 1 ? "mat" : "txt";
+}
+
+/// Such as "UW".
+inline std::string DirectionLetters(const orvalo::Actuator& actuator) {
+    return std::string(actuator.directionU ? "U" : "") + (actuator.directionV ? "V" : "") +
+           (actuator.directionW ? "W" : "");
+}

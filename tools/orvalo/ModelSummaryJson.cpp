@@ -1,0 +1,139 @@
+#include <cstddef>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include <Orvalo3DReader/Model/Model.h>
+
+#include "ModelNames.h"
+#include "ModelSummary.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json ToJson(const orvalo::Point& point) {
+    return {point.x, point.y, point.z};
+}
+
+Json ToJson(const ModelSummary::Range& range) {
+    return {{"min", range.least}, {"max", range.greatest}};
+}
+
+Json ToJson(const ModelSummary::Excitation& excitation) {
+    return {{"samples", excitation.samples}, {"start", excitation.start}, {"duration", excitation.duration}};
+}
+
+Json GridToJson(const orvalo::Model& model, const ModelSummary& summary) {
+    Json grid;
+    grid["cubes"] = model.cubes.CubesCount();
+    if (!summary.cubesOnly) grid["cellSize"] = model.cellSize;
+    const char* names[] = {"x", "y", "z"};
+    for (std::size_t i = 0; i < summary.box.size(); ++i) {
+        const ModelSummary::Axis& axis = summary.box[i];
+        Json& entry = grid[names[i]];
+        entry = {{"min", axis.first}, {"max", axis.last}, {"cubes", axis.cubes}};
+        if (!summary.cubesOnly) entry["length"] = axis.cubes * model.cellSize;
+    }
+    if (summary.temperatures) grid["temperatures"] = ToJson(*summary.temperatures);
+    grid["dampingCubes"] = model.cubes.DampingCubesCount();
+    if (summary.dampingCoefficients) grid["dampingCoefficients"] = ToJson(*summary.dampingCoefficients);
+    return grid;
+}
+
+Json MaterialsToJson(const ModelSummary& summary) {
+    Json list = Json::array();
+    for (const ModelSummary::UsedMaterial& material : summary.materials) {
+        Json entry = {{"number", material.number}, {"cubes", material.cubes}};
+        if (material.properties) {
+            entry["name"] = material.properties->name;
+            entry["temperatureDependent"] = material.temperatureDependent;
+            entry["density"] = material.properties->density;
+            entry["vp"] = material.properties->vp;
+            entry["vs"] = material.properties->vs;
+        }
+        list.push_back(entry);
+    }
+    return list;
+}
+
+Json ActuatorsToJson(const orvalo::Model& model, const ModelSummary& summary) {
+    Json list = Json::array();
+    for (std::size_t i = 0; i < model.actuators.size(); ++i) {
+        const orvalo::Actuator& actuator = model.actuators[i];
+        Json entry = {{"position", ToJson(actuator.shared.position)},
+                      {"input", actuator.input == 0 ? "definition" : "wave"},
+                      {"method", MethodName(actuator.method)},
+                      {"direction", DirectionLetters(actuator)},
+                      {"amplitude", actuator.amplitude},
+                      {"table", actuator.tableId}};
+        entry.update(ToJson(summary.actuators[i]));
+        if (actuator.tableId < 0) {
+            entry["type"] = TypeName(actuator.definition.type);
+            entry["waveform"] = WaveformName(actuator.definition.waveform);
+            entry["envelope"] = EnvelopeName(actuator.definition.envelope);
+            entry["frequency"] = actuator.definition.frequency;
+        }
+        list.push_back(entry);
+    }
+    return list;
+}
+
+Json PiezosToJson(const orvalo::Model& model, const ModelSummary& summary) {
+    Json list = Json::array();
+    for (std::size_t i = 0; i < model.piezos.size(); ++i) {
+        const orvalo::Piezo& piezo = *model.piezos[i];
+        Json entry = {{"id", piezo.shared.id},           {"position", ToJson(piezo.shared.position)},
+                      {"axis", ToJson(piezo.direction)}, {"method", MethodName(piezo.method)},
+                      {"amplitude", piezo.amplitude},    {"points", piezo.data.Cells().size()},
+                      {"tables", piezo.tables.size()}};
+        entry.update(ToJson(summary.piezos[i]));
+        list.push_back(entry);
+    }
+    return list;
+}
+
+Json OutputToJson(int id, const std::string& output, const orvalo::FileProperties& file) {
+    return {{"id", id},
+            {"output", output},
+            {"file", file.fileName},
+            {"fileFormat", FileFormatName(file.fileFormat)},
+            {"writeMode", WriteModeName(file.writeMode)}};
+}
+
+Json SensorsToJson(const orvalo::Model& model) {
+    Json list = Json::array();
+    for (const auto& [id, sensor] : model.sensors) {
+        Json entry = OutputToJson(id, sensor.output, sensor.file);
+        entry["position"] = ToJson(sensor.shared.position);
+        list.push_back(entry);
+    }
+    return list;
+}
+
+Json DumpsToJson(const orvalo::Model& model) {
+    Json list = Json::array();
+    for (const auto& [id, dump] : model.dumps) list.push_back(OutputToJson(id, dump.output, dump.file));
+    return list;
+}
+
+}  // namespace
+
+void AddToJson(Json& document, const orvalo::Model& model, const ModelSummary& summary) {
+    document["grid"] = GridToJson(model, summary);
+    document["materials"] = MaterialsToJson(summary);
+    if (summary.cubesOnly) return;
+    document["roomTemperature"] = model.roomTemperature;
+    document["timeStep"] = model.timeStep * 1e6;
+    document["startTime"] = model.startTime * 1e6;
+    document["actuators"] = ActuatorsToJson(model, summary);
+    document["piezos"] = PiezosToJson(model, summary);
+    document["sensors"] = SensorsToJson(model);
+    document["dumps"] = DumpsToJson(model);
+    document["tables"] = Json::array();
+    for (const auto& [id, table] : model.tables) {
+        if (id > 0) document["tables"].push_back({{"id", id}, {"samples", table->count}});
+    }
+    document["sets"] = Json::array();
+    for (const auto& [id, set] : model.sets) document["sets"].push_back({{"id", id}, {"points", set->count}});
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+
+/// Whether a stream goes to a terminal.
+bool IsTerminal(std::FILE* stream);
+
+/// Whether colour is welcome there: on a terminal, unless the user has set NO_COLOR to anything.
+bool WantsColour(std::FILE* stream);
+
+/// Columns of the terminal behind a stream; 80 where it does not say.
+std::size_t TerminalWidth(std::FILE* stream);

@@ -1,0 +1,95 @@
+#include "ValueCommand.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <CLI/App.hpp>
+#include <fmt/format.h>
+
+#include <Orvalo3DReader/Common/Exception.h>
+
+#include "Diagnostic.h"
+#include "HarmlessText.h"
+#include "InputFile.h"
+#include "Problem.h"
+#include "ResultsSummary.h"
+
+namespace {
+
+struct ValueOptions {
+    std::string path;
+    std::string column;
+    std::string row;
+    std::vector<int> cube;
+};
+
+// A number, counted from 0. What no unsigned int holds becomes the greatest, which the library refuses by its message.
+std::optional<unsigned int> ToNumber(const std::string& text) {
+    constexpr unsigned int greatest = std::numeric_limits<unsigned int>::max();
+    const bool negative = text.starts_with('-');
+    const char* first = text.data() + (negative ? 1 : 0);
+    const char* last = text.data() + text.size();
+    unsigned int number = 0;
+    const auto [end, error] = std::from_chars(first, last, number);
+    if (end != last || error == std::errc::invalid_argument) return std::nullopt;
+    return negative || error == std::errc::result_out_of_range ? greatest : number;
+}
+
+// What reads as a number is one, also where a column bears a number as its name.
+std::optional<unsigned int> FindColumn(const orvalo::Results& results, const std::string& column) {
+    if (const auto number = ToNumber(column)) return number;
+    const std::vector<std::string> names = ValueColumnNames(results);
+    const auto found = std::find(names.begin(), names.end(), column);
+    if (found == names.end()) return std::nullopt;
+    return static_cast<unsigned int>(found - names.begin());
+}
+
+ExitStatus Refuse(const std::string& path, const std::string& message) {
+    fmt::print(stderr, "{}: error: {}\n", Harmless(path), Harmless(message));
+    return ExitStatus::badFile;
+}
+
+ExitStatus PrintValue(const InputFile& file, const ValueOptions& options) {
+    const std::optional<unsigned int> column = FindColumn(*file.results, options.column);
+    if (!column) return Refuse(file.path, "No value column is named '" + options.column + "'.");
+    try {
+        const double value = options.cube.empty()
+                                 ? file.results->ExValueGet(*column, ToNumber(options.row).value_or(0))
+                                 : file.results->ExValueGet(*column, options.cube[0], options.cube[1], options.cube[2]);
+        fmt::print("{}\n", value);
+    } catch (const orvalo::Exception& exception) {
+        return Refuse(file.path, fmt::format("{} [{}]", exception.what(), exception.code()));
+    }
+    return ExitStatus::good;
+}
+
+ExitStatus Value(const ValueOptions& options) {
+    const InputFile file = ReadResultsFile(options.path);
+    if (file.results) return PrintValue(file, options);
+    PrintProblems(file);
+    return file.Status();
+}
+
+}  // namespace
+
+void AddValueCommand(CLI::App& app, ExitStatus& status) {
+    auto options = std::make_shared<ValueOptions>();
+    CLI::App* command = app.add_subcommand("value", "Print one value of a results file");
+    command->add_option("RESULTS", options->path, "A results file")->required();
+    command->add_option("--column", options->column, "Value column: its number, from 0, or its name")->required();
+    CLI::Option_group* place = command->add_option_group("place");
+    place->add_option("--row", options->row, "Row, from 0")->check([](const std::string& text) {
+        return ToNumber(text) ? std::string() : "not a whole number: " + text;
+    });
+    place->add_option("--at", options->cube, "Coordinates of a cube")->expected(3)->type_name("X Y Z");
+    place->require_option(1);
+    command->footer("The value is printed with as many digits as it takes to read the same number back.");
+    command->callback([options, &status] { status = Value(*options); });
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <CLI/App.hpp>
+
+#include "Problem.h"
+
+/// Adds `value` to the command line; run, it stores its outcome in `status`.
+void AddValueCommand(CLI::App& app, ExitStatus& status);
