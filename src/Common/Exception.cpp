@@ -1,10 +1,10 @@
-#include <Orvalo3DReader/Common/Exception.h>
-#include <Orvalo3DReader/Common/ReaderMessages.h>
-
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+
+#include <Orvalo3DReader/Common/Exception.h>
+#include <Orvalo3DReader/Common/ReaderMessages.h>
 
 namespace orvalo {
 

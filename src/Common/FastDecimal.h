@@ -43,10 +43,10 @@ inline std::uint32_t DigitsValue(std::uint64_t word, unsigned int count) {
 namespace detail {
 
 inline constexpr std::array<std::uint64_t, 9> digitScale = {1,      10,      100,      1000,     10000,
-                                                             100000, 1000000, 10000000, 100000000};
+                                                            100000, 1000000, 10000000, 100000000};
 inline constexpr std::array<double, 23> exactPower = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                       1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                                       1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+                                                      1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                      1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
 /// Appends the digits at `p` to `mantissa`; returns the place behind them.
 inline const char* AppendDigits(const char* p, std::uint64_t& mantissa) {

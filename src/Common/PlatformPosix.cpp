@@ -1,8 +1,3 @@
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
@@ -11,6 +6,11 @@
 #include <new>
 #include <system_error>
 #include <utility>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "Common/Platform.h"
 
@@ -74,7 +74,9 @@ InputFile& InputFile::operator=(InputFile&& other) noexcept {
     return *this;
 }
 
-InputFile::~InputFile() { Close(); }
+InputFile::~InputFile() {
+    Close();
+}
 
 bool InputFile::Open(const std::string& path) noexcept {
     Close();

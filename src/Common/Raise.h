@@ -1,11 +1,11 @@
 #pragma once
 
-#include <Orvalo3DReader/Common/Exception.h>
-#include <Orvalo3DReader/Common/ReaderMessages.h>
-
 #include <cstddef>
 #include <string>
 #include <string_view>
+
+#include <Orvalo3DReader/Common/Exception.h>
+#include <Orvalo3DReader/Common/ReaderMessages.h>
 
 namespace orvalo {
 

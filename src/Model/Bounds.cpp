@@ -1,12 +1,14 @@
-#include <Orvalo3DReader/Model/Bounds.h>
-
 #include <algorithm>
+
+#include <Orvalo3DReader/Model/Bounds.h>
 
 namespace orvalo {
 
 namespace {
 
-short Wrapped(int value) { return static_cast<short>(value); }
+short Wrapped(int value) {
+    return static_cast<short>(value);
+}
 
 }  // namespace
 

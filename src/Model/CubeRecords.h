@@ -15,11 +15,14 @@ inline constexpr std::size_t cubeStride = 7;
 /// Bytes of a packed damping record: a cube record and an 8-byte double.
 inline constexpr std::size_t dampingCubeStride = 15;
 
+/// A cube record in the low 7 bytes of a word.
+inline std::uint64_t PackCube(std::uint32_t x, std::uint32_t y, std::uint32_t z, unsigned int material) {
+    return std::uint64_t{x} | std::uint64_t{y} << 16U | std::uint64_t{z} << 32U | std::uint64_t{material} << 48U;
+}
+
 /// Writes a cube record as one 8-byte store. The eighth byte falls on the start of the next record, which is written
 /// later, or on the byte of slack behind the last one.
-inline void StoreCube(unsigned char* record, unsigned int x, unsigned int y, unsigned int z, unsigned int material) {
-    const std::uint64_t packed = std::uint64_t{x} | std::uint64_t{y} << 16U | std::uint64_t{z} << 32U |
-                                 std::uint64_t{material} << 48U;
+inline void StoreCube(unsigned char* record, std::uint64_t packed) {
     std::memcpy(record, &packed, sizeof packed);
 }
 

@@ -1,14 +1,16 @@
-#include <Orvalo3DReader/Model/Material.h>
-
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+
+#include <Orvalo3DReader/Model/Material.h>
 
 namespace orvalo {
 
 namespace {
 
-double Lambda(double vp, double vs, double density) { return (vp * vp - vs * 2 * vs) * density; }
+double Lambda(double vp, double vs, double density) {
+    return (vp * vp - vs * 2 * vs) * density;
+}
 
 double At(const double (&k)[3], double temperature) {
     return temperature * k[0] * temperature + temperature * k[1] + k[2];

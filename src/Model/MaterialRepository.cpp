@@ -1,8 +1,8 @@
-#include <Orvalo3DReader/Model/MaterialRepository.h>
-
 #include <charconv>
 #include <iterator>
 #include <limits>
+
+#include <Orvalo3DReader/Model/MaterialRepository.h>
 
 namespace orvalo {
 

@@ -1,6 +1,6 @@
-#include <Orvalo3DReader/Model/PiezoData.h>
-
 #include <new>
+
+#include <Orvalo3DReader/Model/PiezoData.h>
 
 #include "Common/Raise.h"
 

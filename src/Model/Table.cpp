@@ -1,6 +1,6 @@
-#include <Orvalo3DReader/Model/Table.h>
-
 #include <cstring>
+
+#include <Orvalo3DReader/Model/Table.h>
 
 #include "Common/Platform.h"
 #include "Common/Raise.h"

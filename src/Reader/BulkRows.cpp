@@ -1,0 +1,68 @@
+#include "Reader/BulkRows.h"
+
+#include <limits>
+
+#include "Common/Raise.h"
+
+namespace orvalo {
+
+namespace {
+
+void CheckCoordinate(std::uint32_t value, const ExceptionMessage& message) {
+    constexpr std::uint32_t largest = std::numeric_limits<std::int16_t>::max();
+    if (value > largest) ORVALO_RAISE(SectionReader, message);
+}
+
+std::uint32_t ReadCoordinate(ReaderCore& core, const ExceptionMessage& message) {
+    std::uint32_t value = 0;
+    if (!core.lexer.ReadNatural(value)) ORVALO_RAISE(SectionReader, message);
+    CheckCoordinate(value, message);
+    return value;
+}
+
+}  // namespace
+
+bool ReadBulkPosition(ReaderCore& core, std::uint64_t read, std::uint64_t count, BulkPosition& position) {
+    core.row = read + 1;
+    if (!core.lexer.ReadNatural(position.x)) return false;
+    if (read == count) ORVALO_RAISE(SectionReader, ReaderMessages::TooManyCubes);
+    CheckCoordinate(position.x, ReaderMessages::InvalidXCoordinate);
+    position.y = ReadCoordinate(core, ReaderMessages::InvalidYCoordinate);
+    position.z = ReadCoordinate(core, ReaderMessages::InvalidZCoordinate);
+    return true;
+}
+
+void CloseBulkRows(ReaderCore& core, std::uint64_t read, std::uint64_t count) {
+    core.NextToken();
+    if (core.IsKeyword("end")) {
+        core.row = 0;
+        return;
+    }
+    if (read < count) ORVALO_RAISE(SectionReader, ReaderMessages::NotEnoughCubes, static_cast<int>(count - read));
+    ORVALO_RAISE(SectionReader, ReaderMessages::SectionClosingExpected);
+}
+
+BulkMaterials::BulkMaterials(const MaterialRepository& materials, bool asWritten) {
+    stored_[0] = -1;
+    for (int number = 1; number < 256; ++number) {
+        stored_[static_cast<std::size_t>(number)] =
+            static_cast<std::int16_t>(asWritten ? number : materials.File2Vec(number));
+    }
+}
+
+unsigned int BulkMaterials::Read(ReaderCore& core) const {
+    std::uint32_t number = 0;
+    if (!core.lexer.ReadNatural(number) || number < 1 || number > 255) {
+        ORVALO_RAISE(SectionReader, ReaderMessages::IncorrectMaterialIndex);
+    }
+    if (!Known(number)) ORVALO_RAISE(SectionReader, ReaderMessages::MaterialNotDefined, static_cast<int>(number));
+    return (*this)[number];
+}
+
+std::uint64_t ReadBulkCount(const ReaderCore& core, std::int64_t largest) {
+    const auto count = core.Truncated();
+    if (!count || *count < 1 || *count > largest) ORVALO_RAISE(SectionReader, ReaderMessages::InvalidCountValue);
+    return static_cast<std::uint64_t>(*count);
+}
+
+}  // namespace orvalo

@@ -1,0 +1,107 @@
+#include "Reader/ExcitationTables.h"
+
+#include <cmath>
+#include <cstring>
+
+#include "Common/Raise.h"
+#include "Reader/ModelAccess.h"
+
+namespace orvalo {
+
+namespace {
+
+enum Type { FullPulse = 1, HalfPulse, ContinuousWave };
+enum Waveform { Square = 1, Sine, Gaussian };
+constexpr int hannWindow = 1;
+
+/// One sample after the other of a waveform. The formulas are evaluated in this very order: samples are compared bit
+/// for bit between runs and machines.
+class WaveformSampler {
+public:
+    explicit WaveformSampler(const Actuator::Definition& definition)
+        : definition_(definition), duration_(definition.duration / 1e6), frequency_(SignalFrequency()) {}
+
+    /// The sample at `t` seconds.
+    double At(double t) const {
+        if (definition_.waveform == Gaussian) return GaussianAt(t);
+        double s = std::sin(definition_.phase / 180.0 * 3.141592653589793 + t * 6.283185307179586 * frequency_);
+        if (definition_.waveform == Square) s = s >= 0.0 ? 1.0 : -1.0;
+        // Pulses are their own envelope.
+        if (definition_.type == ContinuousWave && definition_.envelope == hannWindow) {
+            s = s * (1.0 - std::cos(t * 6.283185307179586 / duration_)) * 0.5;
+        }
+        return s;
+    }
+
+private:
+    /// In hertz.
+    double SignalFrequency() const {
+        switch (definition_.type) {
+            case FullPulse:
+                return 1.0 / duration_;
+            case HalfPulse:
+                return 1.0 / (duration_ * 2.0);
+            case ContinuousWave:
+                return definition_.frequency * 1000.0;
+            default:
+                return 0.0;
+        }
+    }
+
+    double GaussianAt(double t) const {
+        const double u = (t - duration_ * 0.5) * 10.0 / (duration_ * 0.5);
+        return std::pow(2.718281828459045, u * -0.05 * u);
+    }
+
+    const Actuator::Definition& definition_;
+    double duration_;
+    double frequency_;
+};
+
+template <class Sample>
+void FillTable(const Actuator::Definition& definition, Table& table, double timeStep) {
+    const WaveformSampler sampler(definition);
+    auto* sample = static_cast<unsigned char*>(table.data);
+    double t = 0.0;
+    for (std::size_t i = 0; i < table.count; ++i) {
+        const auto value = static_cast<Sample>(sampler.At(t));
+        std::memcpy(sample, &value, sizeof value);
+        sample += sizeof value;
+        t += timeStep;
+    }
+}
+
+std::size_t SampleCount(const Actuator::Definition& definition, double timeStep) {
+    const double count = std::ceil(definition.duration / (timeStep * 1e6));
+    constexpr double limit = 18446744073709551616.0;  // 2^64
+    // A table that long fits no memory, so it fails as its allocation would.
+    if (!(count < limit)) Raise(module::Table, 23, ReaderMessages::OutOfMemory);
+    return static_cast<std::size_t>(count);
+}
+
+}  // namespace
+
+void GenerateTables(Model& model, bool doublePrecision) {
+    int id = -1;
+    for (Actuator& actuator : model.actuators) {
+        if (actuator.tableId != 0) continue;
+        while (model.tables.count(id) != 0) --id;
+        const auto table = std::make_shared<Table>();
+        table->id = id;
+        table->count = SampleCount(actuator.definition, model.timeStep);
+        ModelAccess::Allocate(*table, doublePrecision);
+        if (doublePrecision) {
+            FillTable<double>(actuator.definition, *table, model.timeStep);
+        } else {
+            FillTable<float>(actuator.definition, *table, model.timeStep);
+        }
+        actuator.tableId = id;
+        model.tables.emplace(id, table);
+    }
+}
+
+void AssignTables(Model& model) {
+    for (Actuator& actuator : model.actuators) actuator.table = model.tables.at(actuator.tableId).get();
+}
+
+}  // namespace orvalo

@@ -1,0 +1,263 @@
+#include "Reader/Lexer.h"
+
+#include <algorithm>
+#include <bit>
+#include <string_view>
+
+#include "Common/FastDecimal.h"
+#include "Common/ParseNumber.h"
+#include "Common/Raise.h"
+#include "Reader/LexerTable.h"
+
+namespace orvalo {
+
+namespace {
+
+using lexer::classOf;
+
+constexpr char ToLower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+/// How a path is compared with those opened before.
+std::string Folded(std::string path) {
+    for (char& c : path) c = c == '\\' ? '/' : ToLower(c);
+    return path;
+}
+
+/// Bytes below this one, behind which the reported position moves on, are the control characters up to the carriage
+/// return. After a space, a comma or anything printable the position stays where it was.
+constexpr unsigned char positionStays = 14;
+
+/// How many bytes from `p` on neither end a comment nor move the reported position.
+std::size_t CommentRun(const char* p) {
+    constexpr std::uint64_t ones = 0x0101010101010101U;
+    const char* const start = p;
+    for (;; p += 8) {
+        const std::uint64_t word = LoadEight(p);
+        // Exact for the lowest byte below the limit, which is all that is asked.
+        const std::uint64_t below = (word - ones * positionStays) & ~word & (ones * 0x80);
+        if (below != 0)
+            return static_cast<std::size_t>(p - start) + static_cast<std::size_t>(std::countr_zero(below)) / 8;
+    }
+}
+
+[[noreturn]] void RaiseFailure(lexer::Failure failure) {
+    switch (failure) {
+        case lexer::Failure::InvalidChar:
+            ORVALO_RAISE(Lexer, ReaderMessages::LexInvalidChar);
+        case lexer::Failure::InvalidCharKeyword:
+            ORVALO_RAISE(Lexer, ReaderMessages::LexInvalidCharKeyword);
+        case lexer::Failure::InvalidCharNumber:
+            ORVALO_RAISE(Lexer, ReaderMessages::LexInvalidCharNumber);
+        case lexer::Failure::UnexpectedEOF:
+            ORVALO_RAISE(Lexer, ReaderMessages::LexUnexpectedEOF);
+        case lexer::Failure::UnexpectedEOL:
+            break;
+    }
+    ORVALO_RAISE(Lexer, ReaderMessages::LexUnexpectedEOL);
+}
+
+/// One scan for a token: counts the bytes that it reads and moves the reported position. A line feed is counted when
+/// the byte behind it is read in the same scan, so one that ends a token is not.
+class Scan {
+public:
+    Scan(LexerFile& file, Lexer::Position& position) : file_(file), position_(position) {}
+
+    unsigned char Read() {
+        Count();
+        return previous_ = file_.Get();
+    }
+
+    /// What Read would do for each blank and line end at the cursor.
+    void SkipBlanks() {
+        for (;;) {
+            const auto byte = static_cast<unsigned char>(*file_.cursor);
+            if (classOf[byte] != lexer::Blank && classOf[byte] != lexer::LineEnd) return;
+            Count();
+            previous_ = byte;
+            ++file_.cursor;
+        }
+    }
+
+    /// What Read would do for each byte of a comment that has no effect but on the column.
+    void SkipComment() {
+        if (previous_ < positionStays) return;
+        const std::size_t run = std::min(CommentRun(file_.cursor), static_cast<std::size_t>(file_.end - file_.cursor));
+        file_.cursor += run;
+        file_.column += run;
+    }
+
+private:
+    void Count() {
+        if (previous_ == '\n') {
+            file_.column = 0;
+            ++file_.line;
+        }
+        ++file_.column;
+        if (previous_ < positionStays) {
+            position_ = {file_.index, static_cast<int>(file_.line), static_cast<int>(file_.column)};
+        }
+    }
+
+    LexerFile& file_;
+    Lexer::Position& position_;
+    unsigned char previous_ = 0;
+};
+
+}  // namespace
+
+bool Lexer::IsAbsolute(const std::string& path) {
+    const std::string_view start = std::string_view(path).substr(0, 2);
+    return start == "\\\\" || start == "//" || (start.size() == 2 && start[1] == ':');
+}
+
+std::string Lexer::Completed(const std::string& path) const {
+    return path.size() > 1 && !IsAbsolute(path) ? baseDirectory + path : path;
+}
+
+void Lexer::OpenCompleted(const std::string& path) {
+    // Files read to their end count too: a model includes a file once.
+    if (!openedPaths_.insert(Folded(path)).second) ORVALO_RAISE(Lexer, ReaderMessages::RecursvieInclude);
+    const int parent = current_ ? current_->index : -1;
+    files_.push_back(std::make_shared<LexerFile>(parent, static_cast<int>(files_.size()), path));
+    current_ = files_.back();
+    current_->Open(bufferSize_);
+}
+
+void Lexer::Mark(LexerFile& file, std::size_t back) {
+    file.Mark(back);
+    placeFile_ = file.index;
+}
+
+void Lexer::ReadRawToken(Token& token) {
+    using namespace lexer;
+    LexerFile& file = *current_;
+    Scan scan(file, position);
+    State state = Start;
+    token.text.clear();
+    Mark(file, 0);
+    for (;;) {
+        if (state == Start) scan.SkipBlanks();
+        if (state == InComment) scan.SkipComment();
+        const unsigned char byte = scan.Read();
+        const Class byteClass = classOf[byte];
+        const Action action = transitions[state][byteClass];
+        if (state == Start) Mark(file, byte == 0 ? 0 : 1);
+        if (state == Start && (byteClass == Digit || byteClass == Sign || byteClass == Dot) &&
+            ReadPlainNumber(file, token)) {
+            return;
+        }
+        if (IsKept(byteClass) && action.effect != Effect::EndPutBack) {
+            token.text.push_back(ToLower(static_cast<char>(byte)));
+        }
+        switch (action.effect) {
+            case Effect::Go:
+                state = static_cast<State>(action.argument);
+                continue;
+            case Effect::Fail:
+                RaiseFailure(static_cast<Failure>(action.argument));
+            case Effect::EndPutBack:
+                file.PutBack(byte);
+                break;
+            case Effect::End:
+                file.uncountedLineFeeds += byte == '\n' ? 1 : 0;
+                break;
+        }
+        token.type = static_cast<TokenType>(action.argument);
+        if (token.type == TokenType::Number) token.value = DecimalValue(token.text);
+        if (token.type == TokenType::EndOfFile) Mark(file, 0);
+        return;
+    }
+}
+
+/// Reads a number whose first byte was just read, if it is one of the common kind: no blank behind the sign, ended by
+/// a blank, a comment or a line end, all of it in the buffer, and convertible at once. Otherwise changes nothing.
+bool Lexer::ReadPlainNumber(LexerFile& file, Token& token) {
+    const char* const first = file.cursor - 1;
+    const bool hasSign = classOf[static_cast<unsigned char>(*first)] == lexer::Sign;
+    const char* const stop = FastDecimal(first + (hasSign ? 1 : 0), token.value);
+    if (stop == nullptr || stop >= file.end) return false;
+    const lexer::Class terminator = classOf[static_cast<unsigned char>(*stop)];
+    if (terminator != lexer::Blank && terminator != lexer::LineEnd && terminator != lexer::CommentStart) return false;
+
+    token.type = TokenType::Number;
+    if (*first == '-') token.value = -token.value;
+    token.text.assign(first, stop);
+    for (char& c : token.text) c = static_cast<char>(c | 0x20);  // Of a number's characters this changes only E.
+    file.column += static_cast<std::uint64_t>(stop - first);
+    file.uncountedLineFeeds += *stop == '\n' ? 1 : 0;
+    file.cursor = stop + 1;
+    return true;
+}
+
+void Lexer::NextToken(Token& token) {
+    for (;;) {
+        ReadRawToken(token);
+        if (token.type == TokenType::EndOfLine) continue;
+        if (token.type == TokenType::EndOfFile && current_->parent >= 0) {
+            current_->Close();
+            current_ = files_[static_cast<std::size_t>(current_->parent)];
+            continue;
+        }
+        if (token.type != TokenType::Keyword || token.text != "include") return;
+        ReadRawToken(token);
+        if (token.type != TokenType::String) ORVALO_RAISE(Lexer, ReaderMessages::IncludeFNameMissing);
+        Open(token.text);
+    }
+}
+
+bool Lexer::ReadNatural(std::uint32_t& value) {
+    LexerFile& file = *current_;
+    for (;;) {
+        const unsigned char byte = file.Get();
+        ++file.column;
+        if (byte == '\n') {
+            ++file.line;
+            file.column = 0;
+            continue;
+        }
+        if (classOf[byte] == lexer::Blank || byte == '\r') continue;
+        Mark(file, byte == 0 ? 0 : 1);
+        if (classOf[byte] == lexer::Digit) {
+            value = byte - unsigned{'0'};
+            break;
+        }
+        file.PutBack(byte);
+        return false;
+    }
+    for (;;) {
+        const unsigned char byte = file.Get();
+        if (classOf[byte] != lexer::Digit) {
+            file.PutBack(byte);
+            return true;
+        }
+        value = value * 10 + (byte - unsigned{'0'});
+    }
+}
+
+std::string Lexer::CurrentFileName() const {
+    if (!current_ || position.fileIndex < 0) return {};
+    const std::string& path = files_[static_cast<std::size_t>(position.fileIndex)]->path;
+    std::size_t separator = path.rfind('\\');
+    if (separator == std::string::npos) separator = path.rfind('/');
+    return Quoted(separator == std::string::npos ? path : path.substr(separator + 1));
+}
+
+InputPlace Lexer::Place() const noexcept {
+    if (placeFile_ < 0) return {};
+    return files_[static_cast<std::size_t>(placeFile_)]->MarkedPlace();
+}
+
+void Lexer::ResetPosition() {
+    position = {};
+    placeFile_ = -1;
+}
+
+void Lexer::CloseAll() noexcept {
+    current_.reset();
+    files_.clear();
+    openedPaths_.clear();
+}
+
+}  // namespace orvalo

@@ -1,0 +1,77 @@
+#include "Reader/LexerFile.h"
+
+#include <algorithm>
+#include <new>
+#include <string_view>
+
+#include "Common/Raise.h"
+
+namespace orvalo {
+
+void LexerFile::Open(std::size_t bufferSize) {
+    if (!stream_.Open(path)) ORVALO_RAISE(LexerFile, ReaderMessages::ErrorOpeningInputFile, Quoted(path).c_str());
+    // A small file gets a small buffer, with room for the read that finds its end: a model may nest very many.
+    bufferSize_ = bufferSize;
+    if (const auto size = stream_.Size()) {
+        bufferSize_ = static_cast<std::size_t>(std::clamp<std::uint64_t>(*size + 1, 1, bufferSize));
+    }
+    buffer_.reset(new (std::nothrow) char[bufferSize_ + scanningSlack]{});
+    if (!buffer_) ORVALO_RAISE(LexerFile, ReaderMessages::OutOfMemory);
+    cursor = end = buffer_.get();
+    line = 1;
+}
+
+void LexerFile::Close() noexcept {
+    stream_.Close();
+    buffer_.reset();
+    cursor = end = nullptr;
+}
+
+unsigned char LexerFile::GetAtEnd() {
+    // Short of the end it is a NUL byte of the file, which ends it.
+    if (cursor != end || !Refill()) return 0;
+    return Get();
+}
+
+bool LexerFile::Refill() {
+    if (exhausted_) return false;
+    if (markColumn_ == 0) markColumn_ = ColumnOf(markOffset_);
+    const std::string_view done(buffer_.get(), static_cast<std::size_t>(end - buffer_.get()));
+    if (const std::size_t lineFeed = done.rfind('\n'); lineFeed != std::string_view::npos) {
+        lineStart_ = bufferOffset_ + lineFeed + 1;
+    }
+    bufferOffset_ += done.size();
+    cursor = end = buffer_.get();
+    buffer_[0] = '\0';
+
+    const auto got = stream_.Read(buffer_.get(), bufferSize_);
+    if (!got) ORVALO_RAISE(LexerFile, ReaderMessages::ErrorReadingInputFile, Quoted(path).c_str());
+    if (*got < bufferSize_) {
+        exhausted_ = true;
+        stream_.Close();  // Many files may be open at once while includes nest.
+    }
+    buffer_[*got] = '\0';
+    end = buffer_.get() + *got;
+    return *got > 0;
+}
+
+std::uint64_t LexerFile::ColumnOf(std::uint64_t offset) const noexcept {
+    const std::string_view before(buffer_.get(), static_cast<std::size_t>(offset - bufferOffset_));
+    const std::size_t lineFeed = before.rfind('\n');
+    return lineFeed == std::string_view::npos ? offset - lineStart_ + 1 : before.size() - lineFeed;
+}
+
+InputPlace LexerFile::MarkedPlace() const noexcept {
+    InputPlace place;
+    place.offset = markOffset_;
+    place.line = markLine_;
+    place.column = markColumn_ != 0 ? markColumn_ : ColumnOf(markOffset_);
+    try {
+        place.path = path;
+    } catch (const std::bad_alloc&) {
+        place.path.clear();
+    }
+    return place;
+}
+
+}  // namespace orvalo

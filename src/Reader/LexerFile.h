@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include <Orvalo3DReader/Reader/InputPlace.h>
+
+#include "Common/Platform.h"
+
+namespace orvalo {
+
+/// One input file being read through a buffer.
+///
+/// It keeps two accounts of where it is. `line` and `column` are the ones that messages report; the lexer moves them
+/// by rules of its own, under which a line feed that ends a token is not counted. The true place costs nothing while
+/// reading goes well: an offset follows from the cursor, a line from `line` and the few line feeds that it left out,
+/// and a column is looked up only when an error asks.
+class LexerFile {
+public:
+    LexerFile(int parentFile, int ownIndex, std::string openedPath)
+        : parent(parentFile), index(ownIndex), path(std::move(openedPath)) {}
+
+    /// Opens the file to be read `bufferSize` bytes at a time. Throws ErrorOpeningInputFile and OutOfMemory.
+    void Open(std::size_t bufferSize);
+    /// Releases the buffer and the stream; the record stays.
+    void Close() noexcept;
+
+    /// The next byte. At the end of the file 0, as often as it is asked; a NUL byte ends the file. Throws
+    /// ErrorReadingInputFile.
+    unsigned char Get() {
+        const auto byte = static_cast<unsigned char>(*cursor);
+        if (byte == 0) return GetAtEnd();
+        ++cursor;
+        return byte;
+    }
+
+    /// Takes back the byte that Get returned last.
+    void PutBack(unsigned char byte) { cursor -= byte == 0 ? 0 : 1; }
+
+    /// Makes the byte at the cursor, or `back` bytes before it, the place that an error would report.
+    void Mark(std::size_t back = 0) {
+        markOffset_ = bufferOffset_ + static_cast<std::uint64_t>(cursor - buffer_.get()) - back;
+        markLine_ = line + uncountedLineFeeds;
+        markColumn_ = 0;
+    }
+
+    /// The marked place. Leaves `path` empty where memory does not suffice for it.
+    InputPlace MarkedPlace() const noexcept;
+
+    int parent;
+    int index;
+    std::string path;
+    std::uint64_t line = 0;
+    std::uint64_t column = 0;
+    /// Line feeds passed that `line` does not count.
+    std::uint64_t uncountedLineFeeds = 0;
+
+    /// The next byte to read. There is always one to look at: a NUL stands at `end`, and scanningSlack bytes more may
+    /// be looked at behind it.
+    const char* cursor = nullptr;
+    const char* end = nullptr;
+
+    static constexpr std::size_t scanningSlack = 72;
+
+private:
+    unsigned char GetAtEnd();
+    bool Refill();
+    std::uint64_t ColumnOf(std::uint64_t offset) const noexcept;
+
+    platform::InputFile stream_;
+    bool exhausted_ = false;
+    std::unique_ptr<char[]> buffer_;
+    std::size_t bufferSize_ = 0;
+    std::uint64_t bufferOffset_ = 0;
+    // Where the line starts that reaches from earlier buffers into this one.
+    std::uint64_t lineStart_ = 0;
+    std::uint64_t markOffset_ = 0;
+    std::uint64_t markLine_ = 1;
+    std::uint64_t markColumn_ = 1;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,34 @@
+#include <Orvalo3DReader/Reader/Reader.h>
+
+#include "Reader/ModelReader.h"
+
+namespace orvalo {
+
+Reader::Reader(const std::string& path, bool cubesOnly) : impl_(std::make_unique<ModelReader>(path, cubesOnly)) {}
+
+Reader::Reader(const Reader& other) : impl_(std::make_unique<ModelReader>(*other.impl_)) {}
+
+Reader& Reader::operator=(const Reader& other) {
+    *impl_ = *other.impl_;
+    return *this;
+}
+
+Reader::~Reader() = default;
+
+void Reader::TraceCurrentCube(unsigned long long* counter) {
+    impl_->TraceCurrentCube(counter);
+}
+
+void Reader::Execute(Model* model, bool doublePrecision) {
+    impl_->Execute(*model, doublePrecision);
+}
+
+const InputPlace& Reader::FailurePlace() const {
+    return impl_->FailurePlace();
+}
+
+std::uint64_t Reader::FailureRow() const {
+    return impl_->FailureRow();
+}
+
+}  // namespace orvalo

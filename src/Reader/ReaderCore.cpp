@@ -1,0 +1,107 @@
+#include "Reader/ReaderCore.h"
+
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <string>
+
+#include "Common/Raise.h"
+
+namespace orvalo {
+
+void ReaderCore::NextValue() {
+    NextToken();
+    if (token.type == TokenType::Equals) NextToken();
+}
+
+void ReaderCore::SkipToEnd() {
+    while (!IsKeyword("end")) {
+        if (token.type == TokenType::EndOfFile) ORVALO_RAISE(SectionReader, ReaderMessages::SectionClosingExpected);
+        NextToken();
+    }
+}
+
+unsigned int ReaderCore::MatchKeyword(const char* list, const ExceptionMessage& message) const {
+    if (token.type != TokenType::Keyword) ORVALO_RAISE(ReaderMisc, message);
+    const char* const text = token.text.c_str();
+    unsigned int index = 0;
+    for (;;) {
+        std::size_t i = 0;
+        while (text[i] != '\0' && text[i] == list[i]) ++i;
+        if (text[i] == '\0' && list[i] == '.') return index;
+        // On to the next word. A keyword that goes on behind a whole word differs at that word's own point, and the
+        // search for the next point then also passes the word after it: readers have always matched so.
+        list += i;
+        if (*list != '\0') ++list;
+        while (*list != '\0' && *list != '.') ++list;
+        if (*list == '\0' || *++list == '\0') ORVALO_RAISE(ReaderMisc, message);
+        ++index;
+    }
+}
+
+std::optional<std::int64_t> ReaderCore::Truncated() const {
+    constexpr double limit = 9223372036854775808.0;  // 2^63
+    if (token.type != TokenType::Number || token.text.empty()) return std::nullopt;
+    if (!(token.value < limit && token.value >= -limit)) return std::nullopt;
+    return static_cast<std::int64_t>(token.value);
+}
+
+std::optional<int> ReaderCore::TruncatedID() const {
+    const auto value = Truncated();
+    if (!value) return std::nullopt;
+    const auto id = static_cast<std::int32_t>(static_cast<std::uint32_t>(*value));
+    return id >= 1 ? std::optional<int>(id) : std::nullopt;
+}
+
+int ReaderCore::ReadID() const {
+    const auto id = TruncatedID();
+    if (!id) ORVALO_RAISE(ReaderCore, ReaderMessages::InvalidIDProperty);
+    return *id;
+}
+
+bool ReaderCore::ReadEnabled() const {
+    const auto value = Truncated();
+    const auto flag = static_cast<std::uint32_t>(value.value_or(-1));
+    if (flag > 1) ORVALO_RAISE(ReaderCore, ReaderMessages::InvalidEnabledProperty);
+    return flag == 1;
+}
+
+double ReaderCore::ExpectNumber() const {
+    if (token.type != TokenType::Number) ORVALO_RAISE(ReaderMisc, ReaderMessages::NumericalValueExpected);
+    return token.value;
+}
+
+double ReaderCore::ExpectGreaterThan(double bound) const {
+    if (!(ExpectNumber() > bound)) ORVALO_RAISE(ReaderMisc, ReaderMessages::InvalidPropertyValue);
+    return token.value;
+}
+
+double ReaderCore::ExpectAtLeast(double bound) const {
+    if (bound > ExpectNumber()) ORVALO_RAISE(ReaderMisc, ReaderMessages::InvalidPropertyValue);
+    return token.value;
+}
+
+Point ReaderCore::ReadCoordinates() {
+    const auto read = [this](const ExceptionMessage& message) {
+        const auto value = Truncated();
+        const auto coordinate = static_cast<std::int32_t>(static_cast<std::uint32_t>(value.value_or(0)));
+        if (!value || coordinate < std::numeric_limits<short>::min() ||
+            coordinate > std::numeric_limits<short>::max()) {
+            ORVALO_RAISE(ReaderMisc, message);
+        }
+        return static_cast<short>(coordinate);
+    };
+    Point point;
+    point.x = read(ReaderMessages::InvalidXCoordinate);
+    NextToken();
+    point.y = read(ReaderMessages::InvalidYCoordinate);
+    NextToken();
+    point.z = read(ReaderMessages::InvalidZCoordinate);
+    return point;
+}
+
+void ReaderCore::RaiseObligatoryMissing(const char* name) {
+    ORVALO_RAISE(ReaderMisc, ReaderMessages::ObligatoryMissing, name);
+}
+
+}  // namespace orvalo

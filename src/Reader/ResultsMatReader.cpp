@@ -1,0 +1,162 @@
+#include "Reader/ResultsMatReader.h"
+
+#include <algorithm>
+#include <bit>
+#include <optional>
+#include <string>
+
+#include "Common/Raise.h"
+
+namespace orvalo {
+
+namespace {
+
+static_assert(std::endian::native == std::endian::little && sizeof(double) == 8 && sizeof(short) == 2);
+
+constexpr std::uint32_t miInt8 = 1;
+constexpr std::uint32_t miInt16 = 3;
+constexpr std::uint32_t miInt32 = 5;
+constexpr std::uint32_t miUint32 = 6;
+constexpr std::uint32_t miDouble = 9;
+constexpr std::uint32_t miMatrix = 14;
+/// The class double with no flag set.
+constexpr std::uint32_t doubleArray = 6;
+
+/// The first words of an element, in which the six behind type and byte count are fixed.
+struct Head {
+    std::uint32_t type;
+    std::uint32_t byteCount;
+    std::array<std::uint32_t, 6> fixed;
+    std::uint32_t rows;
+    std::uint32_t columns;
+};
+static_assert(sizeof(Head) == 40);
+/// The tag and words of the array flags, and the tag of two dimensions.
+constexpr std::array<std::uint32_t, 6> accepted = {miUint32, 8, doubleArray, 0, miInt32, 8};
+
+/// What an element holds besides its name and data, its own tag not counted.
+constexpr std::uint64_t fixedSize = sizeof(Head);
+
+std::uint64_t ElementSize(std::uint32_t dataType) {
+    return dataType == miDouble ? sizeof(double) : sizeof(short);
+}
+
+}  // namespace
+
+void ResultsMatReader::Execute() {
+    if (progress_ != nullptr) *progress_ = 0;
+    for (Element element; ReadHead(element);) {
+        ReadName(element);
+        ReadDataTag(element);
+        if (element.dataType == miDouble) {
+            ReadValues(element);
+        } else {
+            ReadIndices(element);
+        }
+    }
+    results_.Finalize();
+}
+
+/// False at the end of the file.
+bool ResultsMatReader::ReadHead(Element& element) {
+    Head head;
+    const std::size_t got = Read(&head, sizeof head);
+    if (got == 0) return false;
+    if (got < sizeof head) RaiseUnreadable();
+    if (head.type != miMatrix) ORVALO_RAISE(ResultsReader, ReaderMessages::MatrixExpected);
+    if (head.fixed != accepted) ORVALO_RAISE(ResultsReader, ReaderMessages::UnsupportedMatrixFormat);
+    element.byteCount = head.byteCount;
+    element.rows = head.rows;
+    element.columns = head.columns;
+    return true;
+}
+
+/// A name is padded to a multiple of four bytes, where the format pads to eight.
+void ResultsMatReader::ReadName(Element& element) {
+    const std::uint32_t tag = ReadWord();
+    std::uint32_t length = tag >> 16U;
+    std::uint32_t stored = 4;
+    std::uint32_t tagSize = 4;
+    if (tag == miInt8) {
+        length = ReadWord();
+        if (length >= nameCapacity) ORVALO_RAISE(ResultsReader, ReaderMessages::VarNameTooLong);
+        stored = (length + 3U) & ~3U;
+        tagSize = 8;
+    } else if ((tag & 0xFFFFU) != miInt8) {
+        ORVALO_RAISE(ResultsReader, ReaderMessages::VarNameExpected);
+    }
+    ReadExactly(element.name.data(), stored);
+    element.name[std::min(length, stored)] = '\0';
+    element.nameSize = tagSize + stored;
+}
+
+void ResultsMatReader::ReadDataTag(Element& element) {
+    element.dataType = ReadWord();
+    element.dataSize = ReadWord();
+    if (element.dataType != miDouble && element.dataType != miInt16) {
+        ORVALO_RAISE(ResultsReader, ReaderMessages::UnsupportedDataFormat);
+    }
+    // The size is divided, as the product of all three factors may not fit into 64 bits.
+    const std::uint64_t size = ElementSize(element.dataType);
+    const std::uint64_t count = std::uint64_t{element.rows} * element.columns;
+    const bool noValues = element.dataType == miDouble && element.columns == 0;
+    if (element.dataSize % size != 0 || element.dataSize / size != count || noValues) {
+        ORVALO_RAISE(ResultsReader, ReaderMessages::InvalidDataBlockSize, Quoted(element.name.data()).c_str());
+    }
+    if (element.byteCount != fixedSize + element.nameSize + element.dataSize) {
+        ORVALO_RAISE(ResultsReader, ReaderMessages::InvalidWholeBlockSize, Quoted(element.name.data()).c_str());
+    }
+}
+
+void ResultsMatReader::ReadValues(const Element& element) {
+    if (results_.ValuesDefined()) ORVALO_RAISE(ResultsReader, ReaderMessages::TooManyVariablesDefined);
+    results_.DefineValues(element.columns, element.rows);
+    RequireLeft(element.dataSize);
+    for (std::uint32_t column = 0; column < element.columns; ++column) {
+        ReadExactly(results_.AllocateValues(column), element.dataSize / element.columns);
+        valuesShare_ += 80.0F / static_cast<float>(element.columns);
+        Publish();
+    }
+}
+
+void ResultsMatReader::ReadIndices(const Element& element) {
+    if (results_.IndicesDefined()) ORVALO_RAISE(ResultsReader, ReaderMessages::TooManyVariablesDefined);
+    if (element.columns < 3) ORVALO_RAISE(ResultsReader, ReaderMessages::UnsupportedMatrixFormat);
+    RequireLeft(element.dataSize);
+    ReadExactly(results_.AllocateIndices(element.columns, element.rows), element.dataSize);
+    indicesShare_ = 20;
+    Publish();
+}
+
+/// How many bytes were read: fewer than asked for at the end of the file.
+std::size_t ResultsMatReader::Read(void* buffer, std::size_t size) {
+    const std::optional<std::size_t> got = file_.Read(buffer, size);
+    if (!got) RaiseUnreadable();
+    bytesLeft_ -= std::min<std::uint64_t>(bytesLeft_, *got);
+    return *got;
+}
+
+void ResultsMatReader::ReadExactly(void* buffer, std::size_t size) {
+    if (Read(buffer, size) < size) RaiseUnreadable();
+}
+
+std::uint32_t ResultsMatReader::ReadWord() {
+    std::uint32_t word;
+    ReadExactly(&word, sizeof word);
+    return word;
+}
+
+/// Refuses, before memory is taken for it, what the rest of the file cannot hold.
+void ResultsMatReader::RequireLeft(std::uint64_t size) const {
+    if (size > bytesLeft_) RaiseUnreadable();
+}
+
+void ResultsMatReader::Publish() const {
+    if (progress_ != nullptr) *progress_ = std::min(valuesShare_ + indicesShare_, 100.0F);
+}
+
+void ResultsMatReader::RaiseUnreadable() const {
+    ORVALO_RAISE(ResultsReader, ReaderMessages::ErrorReadingResultsFile, Quoted(results_.FileName()).c_str());
+}
+
+}  // namespace orvalo

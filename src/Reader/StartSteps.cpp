@@ -1,0 +1,17 @@
+#include "Reader/StartSteps.h"
+
+#include <cmath>
+#include <limits>
+
+#include "Common/Raise.h"
+
+namespace orvalo {
+
+int ReadStartSteps(const ReaderCore& core, double timeStep) {
+    const double steps = std::ceil(core.ExpectAtLeast(0.0) / (timeStep * 1e6));
+    if (std::isnan(steps)) return 0;
+    if (steps > std::numeric_limits<int>::max()) ORVALO_RAISE(SectionReader, ReaderMessages::InvalidPropertyValue);
+    return -static_cast<int>(steps);
+}
+
+}  // namespace orvalo

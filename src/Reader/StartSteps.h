@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Reader/ReaderCore.h"
+
+namespace orvalo {
+
+/// Reads the `start` of an actuator or piezo patch: microseconds, not below 0, as a negated count of time steps of
+/// `timeStep` seconds. A start that is not a number after the division counts as 0. Throws InvalidPropertyValue also
+/// for a start of more steps than 32 bits hold.
+int ReadStartSteps(const ReaderCore& core, double timeStep);
+
+}  // namespace orvalo
