@@ -1,9 +1,9 @@
 #pragma once
 
+#include <string>
+
 #include <Orvalo3DReader/Model/FileProperties.h>
 #include <Orvalo3DReader/Model/SharedProperties.h>
-
-#include <string>
 
 namespace orvalo {
 

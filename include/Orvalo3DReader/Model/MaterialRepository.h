@@ -1,12 +1,12 @@
 #pragma once
 
-#include <Orvalo3DReader/Export.h>
-#include <Orvalo3DReader/Model/Material.h>
-
 #include <array>
 #include <cstddef>
 #include <string>
 #include <vector>
+
+#include <Orvalo3DReader/Export.h>
+#include <Orvalo3DReader/Model/Material.h>
 
 namespace orvalo {
 

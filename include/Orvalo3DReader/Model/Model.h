@@ -1,5 +1,9 @@
 #pragma once
 
+#include <map>
+#include <memory>
+#include <vector>
+
 #include <Orvalo3DReader/Export.h>
 #include <Orvalo3DReader/Model/Actuator.h>
 #include <Orvalo3DReader/Model/Bounds.h>
@@ -10,10 +14,6 @@
 #include <Orvalo3DReader/Model/Sensor.h>
 #include <Orvalo3DReader/Model/Set.h>
 #include <Orvalo3DReader/Model/Table.h>
-
-#include <map>
-#include <memory>
-#include <vector>
 
 namespace orvalo {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include <cstddef>
+#include <map>
+#include <memory>
+
 #include <Orvalo3DReader/Export.h>
 #include <Orvalo3DReader/Model/PiezoData.h>
 #include <Orvalo3DReader/Model/SharedProperties.h>
 #include <Orvalo3DReader/Model/Table.h>
-
-#include <cstddef>
-#include <map>
-#include <memory>
 
 namespace orvalo {
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <Orvalo3DReader/Export.h>
-
 #include <cstddef>
 #include <deque>
 #include <map>
 #include <memory>
+
+#include <Orvalo3DReader/Export.h>
 
 namespace orvalo {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <memory>
+
 #include <Orvalo3DReader/Export.h>
 #include <Orvalo3DReader/Model/Point.h>
-
-#include <memory>
 
 namespace orvalo {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <Orvalo3DReader/Export.h>
-
 #include <cstddef>
 #include <memory>
+
+#include <Orvalo3DReader/Export.h>
 
 namespace orvalo {
 

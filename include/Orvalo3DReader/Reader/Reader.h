@@ -1,13 +1,13 @@
 #pragma once
 
+#include <cstdint>
+#include <memory>
+#include <string>
+
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Export.h>
 #include <Orvalo3DReader/Model/Model.h>
 #include <Orvalo3DReader/Reader/InputPlace.h>
-
-#include <cstdint>
-#include <memory>
-#include <string>
 
 namespace orvalo {
 
