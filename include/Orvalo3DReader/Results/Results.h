@@ -1,8 +1,8 @@
 #pragma once
 
-#include <Orvalo3DReader/Export.h>
-
 #include <string>
+
+#include <Orvalo3DReader/Export.h>
 
 namespace orvalo {
 

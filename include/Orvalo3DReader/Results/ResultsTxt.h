@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <Orvalo3DReader/Export.h>
+#include <Orvalo3DReader/Results/Results.h>
+
+namespace orvalo {
+
+struct TextLine;
+
+/// Results read from tab-separated text. Made by ResultsReader. The queries throw as Results says.
+class ORVALO3DREADER_EXPORT ResultsTxt : public Results {
+public:
+    /// An object without rows and columns.
+    explicit ResultsTxt(const std::string& fileName);
+    ResultsTxt(const ResultsTxt&) = delete;
+    ResultsTxt& operator=(const ResultsTxt&) = delete;
+    ~ResultsTxt() override;
+
+    /// The names in the file's first line, in order: those of the index columns, if there are any, then those of the
+    /// value columns.
+    const std::vector<std::string>& ColumnNames() const;
+
+    bool ValuesDefined() const override;
+    /// Also true in a file without index columns that has rows.
+    bool IndicesDefined() const override;
+    /// 0 in a file without index columns.
+    int IndexGet(unsigned int col, unsigned int row) const override;
+    double ValueGet(unsigned int col, int x, int y, int z) const override;
+    double ValueGet(unsigned int col, unsigned int row) const override;
+    /// Throws XOutOfRange for every cube in a file without index columns.
+    double ExValueGet(unsigned int col, int x, int y, int z) const override;
+    double ExValueGet(unsigned int col, unsigned int row) const override;
+    double SafeValueGet(unsigned int col, int x, int y, int z, double def) const override;
+    double SafeValueGet(unsigned int col, unsigned int row, double def) const override;
+    unsigned int RowCount() const override;
+    unsigned int ValuesColCount() const override;
+    /// 4 (x, y, z, f) or 0.
+    unsigned int IndicesColCount() const override;
+
+private:
+    friend class ResultsTxtReader;
+    struct Storage;
+
+    /// Takes the columns from the first line. Throws ErrorReadingResultsFile and OutOfMemory.
+    void ReadHeader(const TextLine& line);
+    /// Appends a further line as a row. Throws TooManyColumnsTxt, NotEnoughColumnsTxt, ErrorReadingResultsFile and
+    /// OutOfMemory.
+    void ReadData(const TextLine& line);
+    /// Makes the queries by cube possible after the last line. Throws OutOfMemory.
+    void Finalize();
+
+    std::unique_ptr<Storage> storage_;
+};
+
+}  // namespace orvalo

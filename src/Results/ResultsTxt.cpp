@@ -1,0 +1,179 @@
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include <Orvalo3DReader/Results/ResultsTxt.h>
+
+#include "Common/ParseNumber.h"
+#include "Common/Raise.h"
+#include "Results/QueryRules.h"
+#include "Results/RowBlocks.h"
+#include "Results/TextLines.h"
+
+namespace orvalo {
+
+namespace {
+
+constexpr std::array<std::string_view, 4> indexNames = {"x", "y", "z", "f"};
+
+std::vector<std::string> SplitAtTabs(std::string_view text) {
+    std::vector<std::string> names;
+    for (;;) {
+        const std::size_t tab = text.find('\t');
+        names.emplace_back(text.substr(0, tab));
+        if (tab == std::string_view::npos) return names;
+        text.remove_prefix(tab + 1);
+    }
+}
+
+bool BeginsWithIndexColumns(const std::vector<std::string>& names) {
+    return names.size() >= indexNames.size() && std::equal(indexNames.begin(), indexNames.end(), names.begin());
+}
+
+/// Reads a run of digits, none included, as a 16-bit number that wraps.
+const char* ReadIndex(const char* p, short& index) {
+    unsigned int value = 0;
+    for (; *p >= '0' && *p <= '9'; ++p) value = value * 10 + static_cast<unsigned int>(*p - '0');
+    index = static_cast<short>(static_cast<std::uint16_t>(value));
+    return p;
+}
+
+}  // namespace
+
+struct ResultsTxt::Storage : QueryRules {
+    double Value(unsigned int col, std::uint32_t row) const { return values.At(col, row); }
+
+    unsigned int line = 0;
+    std::vector<std::string> names;
+    // The row that is being read: a line that fails leaves nothing behind.
+    std::vector<short> indexRow;
+    std::vector<double> valueRow;
+    RowBlocks<short> indices;
+    RowBlocks<double> values;
+};
+
+ResultsTxt::ResultsTxt(const std::string& fileName) : Results(fileName), storage_(std::make_unique<Storage>()) {}
+
+ResultsTxt::~ResultsTxt() = default;
+
+const std::vector<std::string>& ResultsTxt::ColumnNames() const {
+    return storage_->names;
+}
+
+void ResultsTxt::ReadHeader(const TextLine& line) {
+    Storage& s = *storage_;
+    s.line = 1;
+    if (!line.newline) ORVALO_RAISE(ResultsTxt, ReaderMessages::ErrorReadingResultsFile, Quoted(FileName()).c_str());
+    s.names = SplitAtTabs({line.begin, static_cast<std::size_t>(line.end - line.begin)});
+    s.indexColumns = BeginsWithIndexColumns(s.names) ? static_cast<unsigned int>(indexNames.size()) : 0;
+    s.valueColumns = static_cast<unsigned int>(s.names.size()) - s.indexColumns;
+    if (s.valueColumns == 0)
+        ORVALO_RAISE(ResultsTxt, ReaderMessages::ErrorReadingResultsFile, Quoted(FileName()).c_str());
+    s.indexRow.resize(s.indexColumns);
+    s.valueRow.resize(s.valueColumns);
+    s.indices.SetColumns(s.indexColumns);
+    s.values.SetColumns(s.valueColumns);
+}
+
+void ResultsTxt::ReadData(const TextLine& line) {
+    Storage& s = *storage_;
+    const unsigned int columns = s.indexColumns + s.valueColumns;
+    const auto lineNumber = static_cast<int>(++s.line);
+    const char* p = line.begin;
+    unsigned int count = 0;
+    // A token that is no number takes up a column and no character, so that the next column begins at the same place.
+    // A newline on its own is such a token.
+    for (bool more = line.Length() > 0; more; more = p != line.end) {
+        if (count < s.indexColumns) {
+            p = ReadIndex(p, s.indexRow[count]);
+            if (p == line.end && !line.newline) {
+                ORVALO_RAISE(ResultsTxt, ReaderMessages::ErrorReadingResultsFile, Quoted(FileName()).c_str());
+            }
+        } else if (count < columns) {
+            const char* const start = p;
+            p = ParseNumber(p, line.end, s.valueRow[count - s.indexColumns]);
+            // Then no later column would get on either, and there would be columns without end.
+            if (p == start && p != line.end && *p != '\t') {
+                ORVALO_RAISE(ResultsTxt, ReaderMessages::TooManyColumnsTxt, lineNumber);
+            }
+        } else {
+            ORVALO_RAISE(ResultsTxt, ReaderMessages::TooManyColumnsTxt, lineNumber);
+        }
+        ++count;
+        while (*p == '\t') ++p;
+    }
+    if (count < columns) {
+        ORVALO_RAISE(ResultsTxt, ReaderMessages::NotEnoughColumnsTxt, static_cast<int>(columns - count), lineNumber);
+    }
+    if (!s.indices.Append(s.indexRow.data()) || !s.values.Append(s.valueRow.data())) {
+        ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
+    }
+    ++s.rowCount;
+}
+
+void ResultsTxt::Finalize() {
+    const Storage& s = *storage_;
+    if (s.indexColumns == 0) return;
+    std::vector<CoordinateRun> runs;
+    runs.reserve(s.indices.BlockCount());
+    for (std::size_t block = 0; block < s.indices.BlockCount(); ++block) {
+        const short* const x = s.indices.Block(block);
+        runs.push_back({x, x + 1, x + 2, s.indexColumns, s.indices.RowsIn(block)});
+    }
+    if (!storage_->lookup.Build(runs)) ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
+}
+
+bool ResultsTxt::ValuesDefined() const {
+    return storage_->values.BlockCount() > 0;
+}
+bool ResultsTxt::IndicesDefined() const {
+    return storage_->indices.BlockCount() > 0;
+}
+
+int ResultsTxt::IndexGet(unsigned int col, unsigned int row) const {
+    return storage_->indexColumns == 0 ? 0 : storage_->indices.At(col, row);
+}
+
+double ResultsTxt::ValueGet(unsigned int col, int x, int y, int z) const {
+    return storage_->Value(col, storage_->lookup.RowFromOne(x, y, z) - 1);
+}
+
+double ResultsTxt::ValueGet(unsigned int col, unsigned int row) const {
+    return storage_->Value(col, row);
+}
+
+double ResultsTxt::ExValueGet(unsigned int col, int x, int y, int z) const {
+    const FoundRow found = storage_->Find(col, x, y, z);
+    if (found.failure != nullptr) ORVALO_RAISE(ResultsTxt, *found.failure);
+    return storage_->Value(col, found.row);
+}
+
+double ResultsTxt::ExValueGet(unsigned int col, unsigned int row) const {
+    const FoundRow found = storage_->Find(col, row);
+    if (found.failure != nullptr) ORVALO_RAISE(ResultsTxt, *found.failure);
+    return storage_->Value(col, found.row);
+}
+
+double ResultsTxt::SafeValueGet(unsigned int col, int x, int y, int z, double def) const {
+    const FoundRow found = storage_->Find(col, x, y, z);
+    return found.failure != nullptr ? def : storage_->Value(col, found.row);
+}
+
+double ResultsTxt::SafeValueGet(unsigned int col, unsigned int row, double def) const {
+    const FoundRow found = storage_->Find(col, row);
+    return found.failure != nullptr ? def : storage_->Value(col, found.row);
+}
+
+unsigned int ResultsTxt::RowCount() const {
+    return storage_->rowCount;
+}
+unsigned int ResultsTxt::ValuesColCount() const {
+    return storage_->valueColumns;
+}
+unsigned int ResultsTxt::IndicesColCount() const {
+    return storage_->indexColumns;
+}
+
+}  // namespace orvalo
