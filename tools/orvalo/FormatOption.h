@@ -12,5 +12,6 @@ enum class OutputFormat { text, json };
 inline void AddFormatOption(CLI::App& command, OutputFormat& format) {
     const std::map<std::string, OutputFormat> formats = {{"text", OutputFormat::text}, {"json", OutputFormat::json}};
     command.add_option("--format", format, "text (for people) or json (for scripts)")
-        ->transform(CLI::CheckedTransformer(formats).description("text|json"));
+        ->transform(CLI::CheckedTransformer(formats))
+        ->option_text("text|json");
 }

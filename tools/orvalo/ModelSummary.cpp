@@ -61,7 +61,7 @@ std::optional<ModelSummary::Range> DampingRange(const orvalo::Cubes& cubes) {
 
 ModelSummary::Excitation MakeExcitation(std::size_t samples, int negatedStartStep, double timeStep) {
     const double microseconds = timeStep * 1e6;
-    return {samples, -static_cast<double>(negatedStartStep) * microseconds,
+    return {samples, (0.0 - static_cast<double>(negatedStartStep)) * microseconds,
             static_cast<double>(samples) * microseconds};
 }
 

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace {
 
@@ -49,6 +51,8 @@ void ModelWords::SkipBlanksAndComments() {
 }
 
 std::string ReadHead(const std::string& path, std::size_t limit) {
+    std::error_code unknown;
+    if (!std::filesystem::is_regular_file(path, unknown)) return {};
     std::ifstream file(path, std::ios::binary);
     std::string head(limit, '\0');
     file.read(head.data(), static_cast<std::streamsize>(limit));

@@ -19,5 +19,5 @@ private:
     std::string_view text_;
 };
 
-/// At most the first `limit` bytes of a file; empty where it cannot be read.
+/// At most the first `limit` bytes of a file; empty where it cannot be read, or only once, as a pipe.
 std::string ReadHead(const std::string& path, std::size_t limit);
