@@ -9,6 +9,6 @@ enum class FileKind { model, results };
 /// - it begins with the text of a MATLAB header: results;
 /// - its first word, comments aside, is a section name or "include": a model;
 /// - its first line starts with the names x, y, z, f, or its second line starts with a number: results;
-/// - anything else, a file that cannot be read included, counts as a model, so that the model reader says what is
-/// wrong.
+/// - anything else counts as a model, so that the model reader says what is wrong with it. So do pipes, whose start
+///   could not be read again, and files that cannot be read.
 FileKind DetectFileKind(const std::string& path);
