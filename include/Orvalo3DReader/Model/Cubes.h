@@ -41,7 +41,7 @@ public:
     /// The start of cube record `index` (7 bytes, unaligned). Not range-checked.
     const Cube* GetCube(std::size_t index) const;
     /// The temperature of cube `index` in degrees Celsius. Not checked: only for grids with temperatures.
-    double GetTemperature(std::size_t index) const { return temperaturesBuffer_[index]; }
+    double GetTemperature(std::size_t index) const { return temperaturesBuffer_.get()[index]; }
 
     std::size_t CubesCount() const { return cubesCount_; }
     std::size_t DampingCubesCount() const { return dampingCubesCount_; }
