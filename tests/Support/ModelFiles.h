@@ -1,0 +1,196 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <Orvalo3DReader/Common/Exception.h>
+#include <Orvalo3DReader/Model/Model.h>
+#include <Orvalo3DReader/Reader/InputPlace.h>
+
+#include "Reader/ModelReader.h"
+
+/// Model files for the tests of the reader, and what became of reading them.
+namespace orvalo::support {
+
+/// A directory of this process's own, removed with all in it at the end.
+inline const std::string& ScratchDirectory() {
+    struct Directory {
+        Directory() : path(testing::TempDir() + "orvalo-XXXXXX") {
+            if (::mkdtemp(path.data()) == nullptr) throw std::runtime_error("no temporary directory");
+            path = std::filesystem::canonical(path).string();
+        }
+        ~Directory() {
+            std::error_code ignored;
+            std::filesystem::remove_all(path, ignored);
+        }
+        Directory(const Directory&) = delete;
+        Directory& operator=(const Directory&) = delete;
+        std::string path;
+    };
+    static const Directory directory;
+    return directory.path;
+}
+
+/// Writes a file into the scratch directory and returns its path.
+inline std::string WriteFile(const std::string& name, std::string_view bytes) {
+    const std::string path = ScratchDirectory() + '/' + name;
+    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    return path;
+}
+
+inline std::string Replaced(std::string text, std::string_view what, std::string_view with) {
+    for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += with.size()) {
+        text.replace(at, what.size(), with);
+    }
+    return text;
+}
+
+struct ReadOptions {
+    bool cubesOnly = false;
+    bool doublePrecision = true;
+    std::size_t bufferSize = Lexer::defaultBufferSize;
+};
+
+/// What a read came to: `code` 0 is success.
+struct Outcome {
+    int code = 0;
+    std::string what;
+    std::string file;
+    int line = 0;
+    InputPlace place;
+    std::uint64_t row = 0;
+    std::shared_ptr<Model> model = std::make_shared<Model>();
+};
+
+inline Outcome ReadPath(const std::string& path, const ReadOptions& options = {}) {
+    Outcome outcome;
+    ModelReader reader(path, options.cubesOnly, options.bufferSize);
+    try {
+        reader.Execute(*outcome.model, options.doublePrecision);
+    } catch (const Exception& failure) {
+        outcome.code = failure.code();
+        outcome.what = failure.what();
+        outcome.file = failure.file();
+        outcome.line = failure.line();
+        outcome.place = reader.FailurePlace();
+        outcome.row = reader.FailureRow();
+    }
+    return outcome;
+}
+
+/// Reads `text` as the file m.model.
+inline Outcome ReadText(std::string_view text, const ReadOptions& options = {}) {
+    return ReadPath(WriteFile("m.model", text), options);
+}
+
+/// The sections named by one letter each, every one a line that ends with a carriage return and a line feed, so that
+/// the line which messages report is the true one: A, M, C as they must begin, X an actuator, S a sensor, P a patch.
+inline std::string Sections(std::string_view letters) {
+    std::string text;
+    for (const char letter : letters) {
+        switch (letter) {
+            case 'A':
+                text += "ANALYSIS cellsize 1 timestep 0.1 END";
+                break;
+            case 'M':
+                text += "MATERIALS 1 0 \"steel\" 7800 5900 3200 END";
+                break;
+            case 'C':
+                text += "CUBES count 1 format 0 data 1 1 1 1 END END";
+                break;
+            case 'X':
+                text +=
+                    "ACTUATOR shape point position 1 1 1 input definition method force type fullpulse waveform "
+                    "sine envelope none frequency 100 duration 10 phase 0 END";
+                break;
+            case 'S':
+                text += "SENSOR id 1 shape point position 1 1 1 output u filename \"s.txt\" END";
+                break;
+            case 'P':
+                text += "PIEZO id 1 position 0 0 0 direction 0 0 1 method force count 1 data 0 0 i END END";
+                break;
+            default:
+                throw std::logic_error("no such section");
+        }
+        text += "\r\n";
+    }
+    return text;
+}
+
+/// A text with its marks taken out: `@` stands before the byte at which reading must stop, `^` where the message says
+/// that it did, by default at the same byte; `~` is an `@` that is reported one column late. None of them can occur in
+/// a model file outside of comments.
+struct MarkedText {
+    explicit MarkedText(std::string_view marked) {
+        std::uint64_t line = 1;
+        std::uint64_t column = 1;
+        std::optional<InputPlace> early;
+        for (const char c : marked) {
+            if (c == '@' || c == '~') {
+                truth = reported = {{}, text.size(), line, column};
+                if (c == '~') ++reported.column;
+            } else if (c == '^') {
+                early = InputPlace{{}, text.size(), line, column};
+            } else {
+                text += c;
+                ++column;
+                if (c == '\n') {
+                    ++line;
+                    column = 1;
+                }
+            }
+        }
+        if (early) reported = *early;
+    }
+
+    std::string text;
+    InputPlace truth;
+    InputPlace reported;
+};
+
+inline std::string LocatedMessage(const std::string& file, std::uint64_t line, std::uint64_t column,
+                                  const std::string& message) {
+    return "Error in file \"" + file + "\", line " + std::to_string(line) + ", column " + std::to_string(column) +
+           ":\n" + message;
+}
+
+inline std::string ToText(const InputPlace& place) {
+    return std::to_string(place.line) + ':' + std::to_string(place.column) + '/' + std::to_string(place.offset);
+}
+
+/// Every number that the bulk sections put into a model, or all that an error says.
+inline std::string Fingerprint(const Outcome& outcome) {
+    if (outcome.code != 0) {
+        return outcome.what + " at " + ToText(outcome.place) + " of " + outcome.place.path + " row " +
+               std::to_string(outcome.row);
+    }
+    const Model& model = *outcome.model;
+    std::ostringstream text;
+    const auto bytes = [&text](const void* data, std::size_t size) {
+        if (data != nullptr) text.write(static_cast<const char*>(data), static_cast<std::streamsize>(size));
+        text << '|';
+    };
+    const Bounds& b = model.bounds;
+    for (const int bound : {b.minX, b.maxX, b.minY, b.maxY, b.minZ, b.maxZ}) text << bound << ' ';
+    bytes(model.cubes.CubesPtr(), model.cubes.CubesCount() * 7);
+    bytes(model.cubes.TemperaturesPtr(), model.cubes.CubesCount() * sizeof(double));
+    bytes(model.cubes.DampingCubesPtr(), model.cubes.DampingCubesCount() * 15);
+    for (const auto& [id, set] : model.sets) bytes(set->points, set->count * sizeof(Point));
+    for (const auto& [id, table] : model.tables) bytes(table->data, table->count * table->elementSize);
+    return text.str();
+}
+
+}  // namespace orvalo::support
