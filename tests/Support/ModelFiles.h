@@ -25,10 +25,12 @@
 /// Model files for the tests of the reader, and what became of reading them.
 namespace orvalo::support {
 
-/// A directory of this process's own, removed with all in it at the end.
+/// A directory of this process's own, removed with all in it at the end. In memory where the system has such a place:
+/// the tests read very many small files.
 inline const std::string& ScratchDirectory() {
     struct Directory {
-        Directory() : path(testing::TempDir() + "orvalo-XXXXXX") {
+        Directory()
+            : path((std::filesystem::is_directory("/dev/shm") ? "/dev/shm/" : testing::TempDir()) + "orvalo-XXXXXX") {
             if (::mkdtemp(path.data()) == nullptr) throw std::runtime_error("no temporary directory");
             path = std::filesystem::canonical(path).string();
         }

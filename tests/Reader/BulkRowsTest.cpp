@@ -1,0 +1,161 @@
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Support/ModelFiles.h"
+
+namespace orvalo {
+namespace {
+
+using namespace support;
+
+struct PlaceRow {
+    int code;
+    std::string text;
+    std::uint64_t line;
+    std::uint64_t column;
+    std::uint64_t row;
+};
+
+// Reported places counted by hand, true ones marked. A row of four numbers counts 7 columns on a line of its own
+// however many digits they have; a line feed starts anew unless it ended the token before.
+TEST(BulkRows, ReportPlacesByTheirOwnCount) {
+    const std::string head = "CUBES count 2 format 0 data";
+    const std::string warm = "CUBES count 2 format 1 data";
+    const PlaceRow table[] = {
+        // The place of `data` while reading rows, that of the token behind them after it.
+        {122, head + "\n1 1 1 1\n10 20 @40000 1\nEND END\n", 1, 24, 2},
+        {133, head + "\n1 1 1 1\n1 1 1 1\n@x", 3, 2, 3},
+        {133, head + "\r\n1 1 1 1\r\n1 1 1 1\r\n@x", 4, 2, 3},
+        {133, head + "\n100 2000 30 1\n4000 50 600 1\n@x", 3, 2, 3},
+        {133, head + "\n10000 2000 30 1\n4000 50 600 1 @x", 2, 10, 3},
+        {133, "CUBES count 1 format 0 data 10 20 30 1 @x", 1, 38, 2},
+        {133, head + "\n1,1\t1 1\n\n\n1 1 1 1,,@x", 4, 11, 3},
+        {178, head + "\n1 1 1 1\n1 1 1 1\nEND\n@x", 3, 6, 0},
+        // Temperatures are tokens: a line feed that ends one is not counted.
+        {180, warm + "\n1 1 1 1 20.5\n1 1 1 1 @hot", 1, 49, 2},
+        {180, warm + "\r\n1 1 1 1 20.5\r\n1 1 1 1 @hot", 3, 8, 2},
+        {133, warm + "\n1 1 1 1 20.5\n10 10 10 1 -3e1\n@x", 1, 56, 3},
+        {183, "DAMPING count 2 data\n1 1 1 1 0.5\n1 1 1 1 @hot", 1, 41, 2},
+    };
+    for (const PlaceRow& row : table) {
+        for (const std::size_t size : {std::size_t{1}, Lexer::defaultBufferSize}) {
+            const MarkedText marked(row.text);
+            const Outcome outcome = ReadText(marked.text, {true, true, size});
+            SCOPED_TRACE(marked.text);
+            EXPECT_EQ(outcome.code, row.code);
+            EXPECT_EQ(outcome.what.substr(0, outcome.what.find('\n')),
+                      LocatedMessage("m.model", row.line, row.column, "").substr(0, outcome.what.find('\n')));
+            EXPECT_EQ(ToText(outcome.place), ToText(marked.truth));
+            EXPECT_EQ(outcome.row, row.row);
+        }
+    }
+}
+
+/// Texts of sections with rows, most of them regular, many with something amiss.
+class RowTexts {
+public:
+    std::string Next() {
+        const unsigned int kind = Below(4);
+        const unsigned int rows = Below(12);
+        // A spoilt text has a flaw in every few numbers or gaps; a plain one has none.
+        flaws_ = Below(3) == 0 ? 0 : 60;
+        lineEnd_ = Below(3) == 0 ? "\r\n" : "\n";
+        blank_ = OneOf({" ", " ", " ", "\t", ",", "  ", ", "});
+        const std::string count = std::to_string(rows + Below(20) / 18 - (rows > 1 ? Below(20) / 18 : 0));
+        std::string text = "CUBES count 1 format 0 data 1 1 1 1 END END\n";
+        if (kind == 0) text = "CUBES count " + count + " format 0 data" + Gap(lineEnd_) + Rows(rows, 4, 0);
+        if (kind == 1) text = "CUBES count " + count + " format 1 data" + Gap(lineEnd_) + Rows(rows, 4, 1);
+        if (kind == 2) text += "DAMPING count " + count + " data" + Gap(lineEnd_) + Rows(rows, 4, 1);
+        if (kind == 3) text = Sections("AMC") + "SET id 1 count " + count + " data" + Gap(lineEnd_) + Rows(rows, 3, 0);
+        text += "END END" + lineEnd_;
+        if (kind == 3) {
+            text += Sections("SX") + "TABLE id 7 count " + count + " data" + Gap(lineEnd_) + Rows(rows, 0, 1);
+            text += "END END" + lineEnd_;
+        }
+        cubesOnly = kind != 3;
+        if (Below(8) == 0) text.resize(Below(static_cast<unsigned int>(text.size())));
+        return text;
+    }
+
+    bool cubesOnly = false;
+
+private:
+    unsigned int Below(unsigned int bound) { return static_cast<unsigned int>(random_() % bound); }
+    bool Flaw() { return flaws_ != 0 && Below(flaws_) == 0; }
+    std::string OneOf(const std::vector<std::string>& choices) {
+        return choices[Below(static_cast<unsigned int>(choices.size()))];
+    }
+
+    std::string Gap(const std::string& usual) {
+        if (!Flaw()) return usual;
+        return OneOf({"\n\n", "\r\n\r\n", " \n",  "\n ",
+                      "\r",   "\t\t",     ",",    " , ",
+                      "",     ".",        "-",    "=",
+                      "#",    "%x\n",     "x",    std::string(1, '\0'),
+                      "\x8a", "\xb0\xb9", "\n\t", std::string(70, ' '),
+                      "\"",   " end ",    "_",    "\v"});
+    }
+
+    std::string Natural(unsigned int bound) {
+        if (Flaw()) {
+            return OneOf({"12345", "32767", "32768", "65536", "00001", "000000001", "4294967297", "0", "255", "256", "",
+                          "1.5", "-1", "1e2", "9999", "10000", std::string(80, '7')});
+        }
+        return std::to_string(Below(OneOf({"s", "l"}) == "s" ? 10 : bound));
+    }
+
+    std::string Decimal() {
+        if (Flaw())
+            return OneOf({"x", "-  5", "1e", ".", "5.", ".5", "+7E+2", "\"5\"", "1..2", "", "END",
+                          "12345678901234567890.5", "1e400", "-", "0x10"});
+        return OneOf({"", "-", "+"}) + std::to_string(Below(1000)) + OneOf({"", ".", ".25", ".123456789", "e-3", "E5"});
+    }
+
+    std::string Rows(unsigned int rows, unsigned int naturals, unsigned int decimals) {
+        std::string text;
+        for (unsigned int row = 0; row < rows; ++row) {
+            for (unsigned int i = 0; i < naturals; ++i) {
+                if (i != 0) text += Gap(blank_);
+                // In cubes-only mode every number from 1 to 255 is a material.
+                text += i == 3 && !Flaw() ? std::to_string(1 + Below(255)) : Natural(10000);
+            }
+            for (unsigned int i = 0; i < decimals; ++i) text += (naturals == 0 ? "" : Gap(" ")) + Decimal();
+            text += Gap(Below(flaws_ == 0 ? 1000 : 20) == 0 ? " " : lineEnd_);
+        }
+        return text;
+    }
+
+    std::mt19937 random_{20240611};
+    unsigned int flaws_ = 0;
+    std::string lineEnd_;
+    std::string blank_;
+};
+
+/// With a buffer of one byte only the general path runs, so that whatever the fast ones do differently shows.
+TEST(BulkRows, FastPathsReadLikeTheGeneralOne) {
+    RowTexts texts;
+    unsigned int succeeded = 0;
+    constexpr unsigned int cases = 4000;
+    for (unsigned int i = 0; i < cases && !HasFailure(); ++i) {
+        const std::string text = texts.Next();
+        const std::string path = WriteFile("rows.model", text);
+        const bool asDoubles = i % 2 == 0;
+        const Outcome general = ReadPath(path, {texts.cubesOnly, asDoubles, 1});
+        succeeded += general.code == 0 ? 1 : 0;
+        const std::string expected = Fingerprint(general);
+        for (const std::size_t size : {std::size_t{2}, std::size_t{3}, std::size_t{7}, std::size_t{64}, std::size_t{65},
+                                       Lexer::defaultBufferSize}) {
+            EXPECT_EQ(Fingerprint(ReadPath(path, {texts.cubesOnly, asDoubles, size})), expected)
+                << "buffer " << size << ", text " << testing::PrintToString(text);
+        }
+    }
+    // Both kinds of outcome are well represented.
+    EXPECT_GT(succeeded, cases / 4);
+    EXPECT_LT(succeeded, cases * 3 / 4);
+}
+
+}  // namespace
+}  // namespace orvalo
