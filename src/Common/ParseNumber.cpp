@@ -230,13 +230,12 @@ double DecimalValue(std::string_view text) {
     return negative ? -value : value;
 }
 
-const char* ParseNumber(const char* p, const char* end, double& value) {
+const char* ParseAnyNumber(const char* p, const char* end, double& value) {
     bool negative;
     const char* q = p;
     while (q != end && IsSpace(*q)) ++q;
     q = SkipSign(q, end, negative);
     const char* behind = FastDecimal(q, value);
-    // Of a hexadecimal number that takes the leading zero alone.
     if (behind == nullptr || Lower(*behind) == 'x') behind = ReadGeneral(q, end, value);
     if (behind == nullptr) {
         value = 0;

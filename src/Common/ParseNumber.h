@@ -1,6 +1,10 @@
 #pragma once
 
+#include <bit>
+#include <cstdint>
 #include <string_view>
+
+#include "Common/FastDecimal.h"
 
 namespace orvalo {
 
@@ -8,10 +12,22 @@ namespace orvalo {
 /// is an infinity, below every double a zero. The text must have that form.
 double DecimalValue(std::string_view text);
 
+/// ParseNumber in all its generality.
+const char* ParseAnyNumber(const char* p, const char* end, double& value);
+
 /// Converts the number at the start of [p, end) as strtod does in the "C" locale, whatever locale is set: white space,
 /// sign, decimal or hexadecimal digits with an exponent, inf, infinity, nan or nan(...), the longest that there is.
 /// Returns the place behind it, or `p` with a value of 0 when there is none. `*end` must be readable, be no part of a
 /// number, and have eight readable bytes behind it.
-const char* ParseNumber(const char* p, const char* end, double& value);
+inline const char* ParseNumber(const char* p, const char* end, double& value) {
+    // Signs come in no order that could be predicted, so they are taken without a branch.
+    const auto negative = static_cast<std::uint64_t>(*p == '-');
+    double magnitude;
+    const char* const behind = FastDecimal(p + (negative | static_cast<std::uint64_t>(*p == '+')), magnitude);
+    // Of a hexadecimal number that takes the leading zero alone.
+    if (behind == nullptr || (*behind | 0x20) == 'x') return ParseAnyNumber(p, end, value);
+    value = std::bit_cast<double>(std::bit_cast<std::uint64_t>(magnitude) ^ negative << 63U);
+    return behind;
+}
 
 }  // namespace orvalo

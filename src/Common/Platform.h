@@ -13,6 +13,10 @@ namespace orvalo::platform {
 /// page on, memory is committed only as it is written, so a count that a file merely claims costs address space.
 std::shared_ptr<unsigned char[]> AllocateZeroed(std::size_t count, std::size_t elementSize) noexcept;
 
+/// As AllocateZeroed, for a buffer that will be filled from its start on: the system may commit it in steps of a few
+/// MiB, so that filling it costs less.
+std::shared_ptr<unsigned char[]> AllocateToFill(std::size_t count, std::size_t elementSize) noexcept;
+
 /// A file open for reading in binary mode.
 class InputFile {
 public:

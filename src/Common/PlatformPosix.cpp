@@ -64,6 +64,17 @@ std::shared_ptr<unsigned char[]> AllocateZeroed(std::size_t count, std::size_t e
     }
 }
 
+std::shared_ptr<unsigned char[]> AllocateToFill(std::size_t count, std::size_t elementSize) noexcept {
+    auto buffer = AllocateZeroed(count, elementSize);
+#if defined(MADV_HUGEPAGE)
+    // Below this the pages at either end, which the system keeps small, would be most of the buffer.
+    constexpr std::size_t hugeFrom = std::size_t{4} << 20U;
+    const std::size_t size = count * elementSize;
+    if (buffer && !heapOnly && size >= hugeFrom) ::madvise(buffer.get(), size, MADV_HUGEPAGE);
+#endif
+    return buffer;
+}
+
 InputFile::InputFile(InputFile&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
 
 InputFile& InputFile::operator=(InputFile&& other) noexcept {

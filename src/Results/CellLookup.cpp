@@ -76,7 +76,7 @@ bool CellLookup::Build(std::span<const CoordinateRun> runs) {
     directoryBuffer_ = platform::AllocateZeroed(entries, sizeof(std::uint32_t));
     if (!directoryBuffer_) return false;
     directory_ = reinterpret_cast<std::uint32_t*>(directoryBuffer_.get());
-    leavesBuffer_ = platform::AllocateZeroed(NumberLeaves(runs) + 1, leafCells * sizeof(std::uint32_t));
+    leavesBuffer_ = platform::AllocateToFill(NumberLeaves(runs) + 1, leafCells * sizeof(std::uint32_t));
     if (!leavesBuffer_) return false;
     leaves_ = reinterpret_cast<std::uint32_t*>(leavesBuffer_.get());
 

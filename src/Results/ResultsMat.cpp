@@ -16,7 +16,6 @@ constexpr std::size_t mostValueColumns = 9;
 
 }  // namespace
 
-/// Buffers come zeroed and from the system where they are large, so that reading a file is what first touches them.
 struct ResultsMat::Storage : QueryRules {
     double Value(unsigned int col, std::uint32_t row) const { return values[col][row]; }
 
@@ -39,7 +38,7 @@ void ResultsMat::DefineValues(unsigned int columns, unsigned int rows) {
 
 double* ResultsMat::AllocateValues(unsigned int column) {
     auto& buffer = storage_->valueBuffers[column];
-    buffer = platform::AllocateZeroed(storage_->rowCount, sizeof(double));
+    buffer = platform::AllocateToFill(storage_->rowCount, sizeof(double));
     if (!buffer) ORVALO_RAISE(ResultsMat, ReaderMessages::OutOfMemory);
     return storage_->values[column] = reinterpret_cast<double*>(buffer.get());
 }
@@ -47,7 +46,7 @@ double* ResultsMat::AllocateValues(unsigned int column) {
 short* ResultsMat::AllocateIndices(unsigned int columns, unsigned int rows) {
     storage_->indexColumns = columns;
     storage_->indexRows = rows;
-    storage_->indexBuffer = platform::AllocateZeroed(std::size_t{columns} * rows, sizeof(short));
+    storage_->indexBuffer = platform::AllocateToFill(std::size_t{columns} * rows, sizeof(short));
     if (!storage_->indexBuffer) ORVALO_RAISE(ResultsMat, ReaderMessages::OutOfMemory);
     return storage_->indices = reinterpret_cast<short*>(storage_->indexBuffer.get());
 }

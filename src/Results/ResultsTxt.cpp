@@ -40,6 +40,11 @@ const char* ReadIndex(const char* p, short& index) {
     return p;
 }
 
+const char* SkipTabs(const char* p) {
+    while (*p == '\t') ++p;
+    return p;
+}
+
 }  // namespace
 
 struct ResultsTxt::Storage : QueryRules {
@@ -47,9 +52,6 @@ struct ResultsTxt::Storage : QueryRules {
 
     unsigned int line = 0;
     std::vector<std::string> names;
-    // The row that is being read: a line that fails leaves nothing behind.
-    std::vector<short> indexRow;
-    std::vector<double> valueRow;
     RowBlocks<short> indices;
     RowBlocks<double> values;
 };
@@ -71,8 +73,6 @@ void ResultsTxt::ReadHeader(const TextLine& line) {
     s.valueColumns = static_cast<unsigned int>(s.names.size()) - s.indexColumns;
     if (s.valueColumns == 0)
         ORVALO_RAISE(ResultsTxt, ReaderMessages::ErrorReadingResultsFile, Quoted(FileName()).c_str());
-    s.indexRow.resize(s.indexColumns);
-    s.valueRow.resize(s.valueColumns);
     s.indices.SetColumns(s.indexColumns);
     s.values.SetColumns(s.valueColumns);
 }
@@ -85,31 +85,26 @@ void ResultsTxt::ReadData(const TextLine& line) {
     unsigned int count = 0;
     // A token that is no number takes up a column and no character, so that the next column begins at the same place.
     // A newline on its own is such a token.
-    for (bool more = line.Length() > 0; more; more = p != line.end) {
-        if (count < s.indexColumns) {
-            p = ReadIndex(p, s.indexRow[count]);
-            if (p == line.end && !line.newline) {
-                ORVALO_RAISE(ResultsTxt, ReaderMessages::ErrorReadingResultsFile, Quoted(FileName()).c_str());
-            }
-        } else if (count < columns) {
-            const char* const start = p;
-            p = ParseNumber(p, line.end, s.valueRow[count - s.indexColumns]);
-            // Then no later column would get on either, and there would be columns without end.
-            if (p == start && p != line.end && *p != '\t') {
-                ORVALO_RAISE(ResultsTxt, ReaderMessages::TooManyColumnsTxt, lineNumber);
-            }
-        } else {
-            ORVALO_RAISE(ResultsTxt, ReaderMessages::TooManyColumnsTxt, lineNumber);
+    bool more = line.Length() > 0;
+    for (short* index = s.indices.NextRow(); more && count < s.indexColumns; ++count) {
+        p = ReadIndex(p, *index++);
+        if (p == line.end && !line.newline) {
+            ORVALO_RAISE(ResultsTxt, ReaderMessages::ErrorReadingResultsFile, Quoted(FileName()).c_str());
         }
-        ++count;
-        while (*p == '\t') ++p;
+        p = SkipTabs(p);
+        more = p != line.end;
+    }
+    for (double* value = s.values.NextRow(); more; ++count) {
+        const char* const start = p;
+        if (count < columns) p = SkipTabs(ParseNumber(p, line.end, *value++));
+        more = p != line.end;
+        // At a place where there is no number no later column gets on either.
+        if (more && p == start) ORVALO_RAISE(ResultsTxt, ReaderMessages::TooManyColumnsTxt, lineNumber);
     }
     if (count < columns) {
         ORVALO_RAISE(ResultsTxt, ReaderMessages::NotEnoughColumnsTxt, static_cast<int>(columns - count), lineNumber);
     }
-    if (!s.indices.Append(s.indexRow.data()) || !s.values.Append(s.valueRow.data())) {
-        ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
-    }
+    if (!s.indices.AppendRow() || !s.values.AppendRow()) ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
     ++s.rowCount;
 }
 

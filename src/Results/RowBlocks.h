@@ -1,10 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
-#include <utility>
 #include <vector>
 
 #include "Common/Platform.h"
@@ -37,16 +36,21 @@ public:
         if (columns == 0) return;
         rowsPerBlock_ = static_cast<std::uint32_t>(blockBytes / (columns * sizeof(T)));
         rowsInLast_ = rowsPerBlock_;  // The first row opens a block as any other that finds none with room.
+        rowWithoutBlock_.resize(columns);
         toBlock_ = FixedDivisor(rowsPerBlock_);
     }
 
-    /// Appends a copy of the row. False when memory or the number of blocks does not suffice. Without columns no block
-    /// holds a row, so that every row takes one.
-    bool Append(const T* row) {
-        if (rowsInLast_ == rowsPerBlock_ && !OpenBlock()) return false;
-        if (columns_ == 0) return true;
-        std::memcpy(last_ + rowsInLast_ * columns_, row, columns_ * sizeof(T));
-        ++rowsInLast_;
+    /// Where to write the next row. It counts once it is appended.
+    T* NextRow() { return HasRoom() ? last_ + rowsInLast_ * columns_ : rowWithoutBlock_.data(); }
+
+    /// False when memory or the number of blocks does not suffice. Without columns no block holds a row, so that every
+    /// row takes one.
+    bool AppendRow() {
+        if (!HasRoom()) {
+            if (!OpenBlock()) return false;
+            std::copy(rowWithoutBlock_.begin(), rowWithoutBlock_.end(), last_);
+        }
+        if (columns_ > 0) ++rowsInLast_;
         return true;
     }
 
@@ -55,21 +59,33 @@ public:
         return Block(block)[(row - block * rowsPerBlock_) * columns_ + column];
     }
 
-    std::size_t BlockCount() const { return blocks_.size(); }
+    std::size_t BlockCount() const { return opened_; }
     const T* Block(std::size_t block) const { return reinterpret_cast<const T*>(blocks_[block].get()); }
-    std::size_t RowsIn(std::size_t block) const { return block + 1 == blocks_.size() ? rowsInLast_ : rowsPerBlock_; }
+    std::size_t RowsIn(std::size_t block) const { return block + 1 == opened_ ? rowsInLast_ : rowsPerBlock_; }
 
 private:
     static constexpr std::size_t blockBytes = std::size_t{1} << 20U;
     static constexpr std::size_t mostBlocks = 4096;
 
+    /// Once some blocks are full, more are taken at a time: large pages cost less to commit.
+    static constexpr std::size_t mostAtOnce = 16;
+
+    bool HasRoom() const { return rowsInLast_ < rowsPerBlock_; }
+
     bool OpenBlock() {
-        if (blocks_.size() == mostBlocks) return false;
-        auto block = platform::AllocateZeroed(rowsPerBlock_ * columns_, sizeof(T));
-        if (!block) return false;
-        last_ = reinterpret_cast<T*>(block.get());
-        blocks_.push_back(std::move(block));
+        if (opened_ == mostBlocks) return false;
+        if (opened_ == blocks_.size() && !TakeBlocks()) return false;
+        last_ = reinterpret_cast<T*>(blocks_[opened_].get());
+        ++opened_;
         rowsInLast_ = 0;
+        return true;
+    }
+
+    bool TakeBlocks() {
+        const std::size_t count = std::clamp<std::size_t>(opened_, 1, mostAtOnce);
+        const auto buffer = platform::AllocateToFill(count, columns_ == 0 ? 0 : blockBytes);
+        if (!buffer) return false;
+        for (std::size_t i = 0; i < count; ++i) blocks_.emplace_back(buffer, buffer.get() + i * blockBytes);
         return true;
     }
 
@@ -78,6 +94,9 @@ private:
     std::uint32_t rowsInLast_ = 0;
     FixedDivisor toBlock_;
     T* last_ = nullptr;
+    std::size_t opened_ = 0;
+    std::vector<T> rowWithoutBlock_;
+    // Those opened, and those taken beforehand. Blocks taken together share one buffer.
     std::vector<std::shared_ptr<unsigned char[]>> blocks_;
 };
 
