@@ -33,4 +33,19 @@ inline std::uint64_t NonDigitMask(const char* p) {
     return mask;
 }
 
+/// Which of the 64 bytes at `p` are `byte`.
+inline std::uint64_t ByteMask(const char* p, char byte) {
+    std::uint64_t mask = 0;
+#if defined(__SSE2__)
+    const __m128i wanted = _mm_set1_epi8(byte);
+    for (unsigned int i = 0; i < 64; i += 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + i));
+        mask |= std::uint64_t{static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, wanted)))} << i;
+    }
+#else
+    for (unsigned int i = 0; i < 64; ++i) mask |= std::uint64_t{p[i] == byte} << i;
+#endif
+    return mask;
+}
+
 }  // namespace orvalo

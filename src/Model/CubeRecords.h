@@ -20,6 +20,11 @@ inline std::uint64_t PackCube(std::uint32_t x, std::uint32_t y, std::uint32_t z,
     return std::uint64_t{x} | std::uint64_t{y} << 16U | std::uint64_t{z} << 32U | std::uint64_t{material} << 48U;
 }
 
+/// A packed record with another material.
+inline std::uint64_t WithMaterial(std::uint64_t packed, unsigned int material) {
+    return (packed & 0x0000FFFFFFFFFFFFU) | std::uint64_t{material} << 48U;
+}
+
 /// Writes a cube record as one 8-byte store. The eighth byte falls on the start of the next record, which is written
 /// later, or on the byte of slack behind the last one.
 inline void StoreCube(unsigned char* record, std::uint64_t packed) {
@@ -30,7 +35,7 @@ inline void StoreCube(unsigned char* record, std::uint64_t packed) {
 /// StoreCube writes as many. Null when they do not fit memory.
 inline std::shared_ptr<unsigned char[]> AllocateRecords(std::size_t count, std::size_t stride) {
     if (count > (std::numeric_limits<std::size_t>::max() - 1) / stride) return nullptr;
-    return platform::AllocateZeroed(count * stride + 1, 1);
+    return platform::AllocateToFill(count * stride + 1, 1);
 }
 
 }  // namespace orvalo

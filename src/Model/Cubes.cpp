@@ -27,7 +27,7 @@ void Cubes::AllocCubes(std::size_t count, bool withTemperatures) {
     cubesBuffer_ = AllocateRecords(count, cubeStride);
     if (!cubesBuffer_) Raise(module::Cubes, 56, ReaderMessages::OutOfMemory);
     if (!withTemperatures) return;
-    const auto bytes = platform::AllocateZeroed(count, sizeof(double));
+    const auto bytes = platform::AllocateToFill(count, sizeof(double));
     if (!bytes) Raise(module::Cubes, 62, ReaderMessages::OutOfMemory);
     temperaturesBuffer_ = {bytes, reinterpret_cast<double*>(bytes.get())};
 }

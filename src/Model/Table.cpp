@@ -11,7 +11,7 @@ void Table::Allocate(bool asDoubles) {
     doublePrecision = asDoubles;
     elementSize = asDoubles ? sizeof(double) : sizeof(float);
     data = nullptr;
-    storage_ = platform::AllocateZeroed(count, elementSize);
+    storage_ = platform::AllocateToFill(count, elementSize);
     if (!storage_) Raise(module::Table, 23, ReaderMessages::OutOfMemory);
     data = storage_.get();
 }

@@ -30,58 +30,67 @@ public:
 
     void Read(Bounds& bounds) {
         do {
-            ReadPlainRows();
+            if (temperature_ == nullptr) {
+                ReadPlainRows<false>();
+            } else if (!ReadPlainRows<true>()) {
+                ReadTemperature();
+            }
         } while (ReadRow());
         CloseBulkRows(core_, read_, count_);
         bounds_.Widen(bounds);
     }
 
 private:
-    /// Reads rows of the common kind for as long as they follow one another.
-    void ReadPlainRows() {
-        if (temperature_ != nullptr) {
-            while (read_ < count_ && ReadPlainCell()) {
-                ReadTemperature();
-                Counted();
+    /// Reads rows of the common kind for as long as they follow one another. Returns whether the last one was complete:
+    /// false when its temperature is still to be read. What changes with each row is kept out of memory that the
+    /// records might overlap.
+    template <bool withTemperatures>
+    bool ReadPlainRows() {
+        PlainRows<4> rows(core_.lexer);
+        unsigned long long* const progress = progress_;
+        std::uint64_t read = read_;
+        unsigned char* record = record_;
+        double* temperature = temperature_;
+        RowBounds bounds = bounds_;
+        bool complete = true;
+        while (complete && read < count_ && rows.Look() && materials_.Known(rows.Fourth())) {
+            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Fourth()]);
+            StoreCube(record, packed);
+            record += cubeStride;
+            bounds.Add(packed);
+            rows.Accept();
+            if constexpr (withTemperatures) {
+                complete = rows.TakeNumber(*temperature);
+                if (!complete) break;
+                ++temperature;
             }
-            return;
+            Publish(progress, ++read);
         }
-        PlainRows<4> rows(core_.lexer.Current());
-        while (read_ < count_ && StorePlainCell(rows)) Counted();
         rows.Commit();
-    }
-
-    bool ReadPlainCell() {
-        PlainRows<4> rows(core_.lexer.Current());
-        const bool found = StorePlainCell(rows);
-        rows.Commit();
-        return found;
-    }
-
-    bool StorePlainCell(PlainRows<4>& rows) {
-        if (!rows.Look() || !materials_.Known(rows.values[3])) return false;
-        Store(rows.values[0], rows.values[1], rows.values[2], materials_[rows.values[3]]);
-        rows.Accept();
-        return true;
+        read_ = read;
+        record_ = record;
+        temperature_ = temperature;
+        bounds_ = bounds;
+        return complete;
     }
 
     /// Reads a row of any kind; returns whether there was one.
     bool ReadRow() {
         BulkPosition position;
         if (!ReadBulkPosition(core_, read_, count_, position)) return false;
-        Store(position.x, position.y, position.z, materials_.Read(core_));
-        if (temperature_ != nullptr) ReadTemperature();
-        Counted();
-        return true;
-    }
-
-    void Store(std::uint32_t x, std::uint32_t y, std::uint32_t z, unsigned int material) {
-        const std::uint64_t packed = PackCube(x, y, z, material);
+        const std::uint64_t packed = PackCube(position.x, position.y, position.z, materials_.Read(core_));
         StoreCube(record_, packed);
         record_ += cubeStride;
         bounds_.Add(packed);
+        if (temperature_ != nullptr) {
+            ReadTemperature();
+        } else {
+            Publish(progress_, ++read_);
+        }
+        return true;
     }
 
+    /// Reads the temperature of the row whose cube was stored last, and with it ends the row.
     void ReadTemperature() {
         core_.row = read_ + 1;
         core_.NextToken();
@@ -89,12 +98,12 @@ private:
             ORVALO_RAISE(SectionReader, ReaderMessages::TemperatureValueExpected);
         }
         *temperature_++ = core_.token.value;
+        Publish(progress_, ++read_);
     }
 
-    void Counted() {
-        ++read_;
+    static void Publish(unsigned long long* progress, std::uint64_t read) {
         // Not to be gathered into one store at the end: the caller watches it from another thread.
-        if (progress_ != nullptr) std::atomic_ref(*progress_).store(read_, std::memory_order_relaxed);
+        if (progress != nullptr) std::atomic_ref(*progress).store(read, std::memory_order_relaxed);
     }
 
     ReaderCore& core_;

@@ -17,49 +17,72 @@ namespace {
 constexpr const char* keywords = "end.count.data.";
 enum Keyword { End, Count, Data };
 
-/// Reads the cell at the head of a row; returns whether there was one.
-bool ReadCell(ReaderCore& core, const BulkMaterials& materials, std::uint64_t read, std::uint64_t count,
-              std::uint64_t& packed) {
-    if (read < count) {
-        PlainRows<4> rows(core.lexer.Current());
-        if (rows.Look() && materials.Known(rows.values[3])) {
-            packed = PackCube(rows.values[0], rows.values[1], rows.values[2], materials[rows.values[3]]);
+/// Fills the damping cubes with the rows of a `data` block.
+class DampingRows {
+public:
+    DampingRows(ReaderCore& core, Model& model, const GridReading& reading)
+        : core_(core),
+          materials_(model.materials, reading.cubesOnly),
+          count_(model.cubes.DampingCubesCount()),
+          record_(model.cubes.DampingCubesPtr()) {}
+
+    void Read(Bounds& bounds) {
+        do {
+            ReadPlainRows();
+        } while (ReadRow());
+        CloseBulkRows(core_, read_, count_);
+        bounds_.Widen(bounds);
+    }
+
+private:
+    /// Reads rows of the common kind for as long as they follow one another.
+    void ReadPlainRows() {
+        PlainRows<4> rows(core_.lexer);
+        while (read_ < count_ && rows.Look() && materials_.Known(rows.Fourth())) {
+            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Fourth()]);
             rows.Accept();
-            rows.Commit();
-            return true;
+            double coefficient = 0.0;
+            if (!rows.TakeNumber(coefficient)) {
+                rows.Commit();
+                Store(packed, ReadCoefficient());
+                return;
+            }
+            Store(packed, coefficient);
         }
+        rows.Commit();
     }
-    BulkPosition position;
-    if (!ReadBulkPosition(core, read, count, position)) return false;
-    packed = PackCube(position.x, position.y, position.z, materials.Read(core));
-    return true;
-}
 
-double ReadCoefficient(ReaderCore& core) {
-    core.NextToken();
-    if (core.token.type != TokenType::Number) ORVALO_RAISE(SectionReader, ReaderMessages::DampingValueExpected);
-    return core.token.value;
-}
-
-void ReadRows(ReaderCore& core, Model& model, const GridReading& reading) {
-    const BulkMaterials materials(model.materials, reading.cubesOnly);
-    const std::uint64_t count = model.cubes.DampingCubesCount();
-    unsigned char* record = model.cubes.DampingCubesPtr();
-    RowBounds bounds;
-    std::uint64_t read = 0;
-    std::uint64_t packed = 0;
-    while (ReadCell(core, materials, read, count, packed)) {
-        core.row = read + 1;
-        const double coefficient = ReadCoefficient(core);
-        StoreCube(record, packed);
-        std::memcpy(record + cubeStride, &coefficient, sizeof coefficient);
-        record += dampingCubeStride;
-        bounds.Add(packed);
-        ++read;
+    /// Reads a row of any kind; returns whether there was one.
+    bool ReadRow() {
+        BulkPosition position;
+        if (!ReadBulkPosition(core_, read_, count_, position)) return false;
+        const std::uint64_t packed = PackCube(position.x, position.y, position.z, materials_.Read(core_));
+        Store(packed, ReadCoefficient());
+        return true;
     }
-    CloseBulkRows(core, read, count);
-    bounds.Widen(model.bounds);
-}
+
+    double ReadCoefficient() {
+        core_.row = read_ + 1;
+        core_.NextToken();
+        if (core_.token.type != TokenType::Number) ORVALO_RAISE(SectionReader, ReaderMessages::DampingValueExpected);
+        return core_.token.value;
+    }
+
+    void Store(std::uint64_t packed, double coefficient) {
+        StoreCube(record_, packed);
+        std::memcpy(record_ + cubeStride, &coefficient, sizeof coefficient);
+        record_ += dampingCubeStride;
+        bounds_.Add(packed);
+        ++read_;
+    }
+
+    ReaderCore& core_;
+    BulkMaterials materials_;
+    RowBounds bounds_;
+    std::uint64_t count_;
+    std::uint64_t read_ = 0;
+    unsigned char* record_;
+};
 
 }  // namespace
 
@@ -76,7 +99,7 @@ void ReadDampingSection(ReaderCore& core, Model& model, const GridReading& readi
             case Data:
                 if (!count) ReaderCore::RaiseObligatoryMissing("Count");
                 ModelAccess::AllocDampingCubes(model.cubes, *count);
-                ReadRows(core, model, reading);
+                DampingRows(core, model, reading).Read(model.bounds);
                 dataGiven = true;
                 break;
             default:

@@ -8,6 +8,7 @@
 #include "Common/ParseNumber.h"
 #include "Common/Raise.h"
 #include "Reader/LexerTable.h"
+#include "Reader/PlainNumber.h"
 
 namespace orvalo {
 
@@ -24,10 +25,6 @@ std::string Folded(std::string path) {
     for (char& c : path) c = c == '\\' ? '/' : ToLower(c);
     return path;
 }
-
-/// Bytes below this one, behind which the reported position moves on, are the control characters up to the carriage
-/// return. After a space, a comma or anything printable the position stays where it was.
-constexpr unsigned char positionStays = 14;
 
 /// How many bytes from `p` on neither end a comment nor move the reported position.
 std::size_t CommentRun(const char* p) {
@@ -64,12 +61,9 @@ class Scan {
 public:
     Scan(LexerFile& file, Lexer::Position& position) : file_(file), position_(position) {}
 
-    unsigned char Read() {
-        Count();
-        return previous_ = file_.Get();
-    }
+    unsigned char Read() { return previous_ = file_.Get(); }
 
-    /// What Read would do for each blank and line end at the cursor.
+    /// Counts and reads each blank and line end at the cursor.
     void SkipBlanks() {
         for (;;) {
             const auto byte = static_cast<unsigned char>(*file_.cursor);
@@ -80,7 +74,7 @@ public:
         }
     }
 
-    /// What Read would do for each byte of a comment that has no effect but on the column.
+    /// Counts and reads each byte of a comment that has no effect but on the column.
     void SkipComment() {
         if (previous_ < positionStays) return;
         const std::size_t run = std::min(CommentRun(file_.cursor), static_cast<std::size_t>(file_.end - file_.cursor));
@@ -88,16 +82,14 @@ public:
         file_.column += run;
     }
 
-private:
+    /// Counts the byte that is read next.
     void Count() {
-        if (previous_ == '\n') {
-            file_.column = 0;
-            ++file_.line;
-        }
-        ++file_.column;
-        if (previous_ < positionStays) {
-            position_ = {file_.index, static_cast<int>(file_.line), static_cast<int>(file_.column)};
-        }
+        if (CountByte(previous_, file_.line, file_.column)) position_ = PositionIn(file_);
+    }
+
+private:
+    static Lexer::Position PositionIn(const LexerFile& file) {
+        return {file.index, static_cast<int>(file.line), static_cast<int>(file.column)};
     }
 
     LexerFile& file_;
@@ -136,18 +128,18 @@ void Lexer::ReadRawToken(Token& token) {
     Scan scan(file, position);
     State state = Start;
     token.text.clear();
-    Mark(file, 0);
+    token.plainNumber = {};
     for (;;) {
         if (state == Start) scan.SkipBlanks();
         if (state == InComment) scan.SkipComment();
+        scan.Count();
+        if (state == Start) {
+            Mark(file, 0);
+            if (ReadPlainNumber(file, token)) return;
+        }
         const unsigned char byte = scan.Read();
         const Class byteClass = classOf[byte];
         const Action action = transitions[state][byteClass];
-        if (state == Start) Mark(file, byte == 0 ? 0 : 1);
-        if (state == Start && (byteClass == Digit || byteClass == Sign || byteClass == Dot) &&
-            ReadPlainNumber(file, token)) {
-            return;
-        }
         if (IsKept(byteClass) && action.effect != Effect::EndPutBack) {
             token.text.push_back(ToLower(static_cast<char>(byte)));
         }
@@ -171,20 +163,12 @@ void Lexer::ReadRawToken(Token& token) {
     }
 }
 
-/// Reads a number whose first byte was just read, if it is one of the common kind: no blank behind the sign, ended by
-/// a blank, a comment or a line end, all of it in the buffer, and convertible at once. Otherwise changes nothing.
 bool Lexer::ReadPlainNumber(LexerFile& file, Token& token) {
-    const char* const first = file.cursor - 1;
-    const bool hasSign = classOf[static_cast<unsigned char>(*first)] == lexer::Sign;
-    const char* const stop = FastDecimal(first + (hasSign ? 1 : 0), token.value);
-    if (stop == nullptr || stop >= file.end) return false;
-    const lexer::Class terminator = classOf[static_cast<unsigned char>(*stop)];
-    if (terminator != lexer::Blank && terminator != lexer::LineEnd && terminator != lexer::CommentStart) return false;
-
+    const char* const first = file.cursor;
+    const char* const stop = ScanPlainNumber(first, file.end, token.value);
+    if (stop == nullptr) return false;
     token.type = TokenType::Number;
-    if (*first == '-') token.value = -token.value;
-    token.text.assign(first, stop);
-    for (char& c : token.text) c = static_cast<char>(c | 0x20);  // Of a number's characters this changes only E.
+    token.plainNumber = {first, static_cast<std::size_t>(stop - first)};
     file.column += static_cast<std::uint64_t>(stop - first);
     file.uncountedLineFeeds += *stop == '\n' ? 1 : 0;
     file.cursor = stop + 1;

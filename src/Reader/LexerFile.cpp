@@ -15,9 +15,9 @@ void LexerFile::Open(std::size_t bufferSize) {
     if (const auto size = stream_.Size()) {
         bufferSize_ = static_cast<std::size_t>(std::clamp<std::uint64_t>(*size + 1, 1, bufferSize));
     }
-    buffer_.reset(new (std::nothrow) char[bufferSize_ + scanningSlack]{});
+    buffer_.reset(new (std::nothrow) char[leadingSlack + bufferSize_ + scanningSlack]{});
     if (!buffer_) ORVALO_RAISE(LexerFile, ReaderMessages::OutOfMemory);
-    cursor = end = buffer_.get();
+    cursor = end = Begin();
     line = 1;
 }
 
@@ -36,27 +36,27 @@ unsigned char LexerFile::GetAtEnd() {
 bool LexerFile::Refill() {
     if (exhausted_) return false;
     if (markColumn_ == 0) markColumn_ = ColumnOf(markOffset_);
-    const std::string_view done(buffer_.get(), static_cast<std::size_t>(end - buffer_.get()));
+    const std::string_view done(Begin(), static_cast<std::size_t>(end - Begin()));
     if (const std::size_t lineFeed = done.rfind('\n'); lineFeed != std::string_view::npos) {
         lineStart_ = bufferOffset_ + lineFeed + 1;
     }
     bufferOffset_ += done.size();
-    cursor = end = buffer_.get();
-    buffer_[0] = '\0';
+    cursor = end = Begin();
+    *Begin() = '\0';
 
-    const auto got = stream_.Read(buffer_.get(), bufferSize_);
+    const auto got = stream_.Read(Begin(), bufferSize_);
     if (!got) ORVALO_RAISE(LexerFile, ReaderMessages::ErrorReadingInputFile, Quoted(path).c_str());
     if (*got < bufferSize_) {
         exhausted_ = true;
         stream_.Close();  // Many files may be open at once while includes nest.
     }
-    buffer_[*got] = '\0';
-    end = buffer_.get() + *got;
+    Begin()[*got] = '\0';
+    end = Begin() + *got;
     return *got > 0;
 }
 
 std::uint64_t LexerFile::ColumnOf(std::uint64_t offset) const noexcept {
-    const std::string_view before(buffer_.get(), static_cast<std::size_t>(offset - bufferOffset_));
+    const std::string_view before(Begin(), static_cast<std::size_t>(offset - bufferOffset_));
     const std::size_t lineFeed = before.rfind('\n');
     return lineFeed == std::string_view::npos ? offset - lineStart_ + 1 : before.size() - lineFeed;
 }

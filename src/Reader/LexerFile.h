@@ -41,7 +41,7 @@ public:
 
     /// Makes the byte at the cursor, or `back` bytes before it, the place that an error would report.
     void Mark(std::size_t back = 0) {
-        markOffset_ = bufferOffset_ + static_cast<std::uint64_t>(cursor - buffer_.get()) - back;
+        markOffset_ = bufferOffset_ + static_cast<std::uint64_t>(cursor - Begin()) - back;
         markLine_ = line + uncountedLineFeeds;
         markColumn_ = 0;
     }
@@ -63,8 +63,11 @@ public:
     const char* end = nullptr;
 
     static constexpr std::size_t scanningSlack = 72;
+    /// Bytes that may be looked at before the first one.
+    static constexpr std::size_t leadingSlack = 8;
 
 private:
+    char* Begin() const { return buffer_.get() + leadingSlack; }
     unsigned char GetAtEnd();
     bool Refill();
     std::uint64_t ColumnOf(std::uint64_t offset) const noexcept;

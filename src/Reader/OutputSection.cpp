@@ -18,7 +18,7 @@ int ReadWriteMode(const ReaderCore& core) {
 void ReadFileProperty(const ReaderCore& core, OutputProperty property, FileProperties& file) {
     switch (property) {
         case OutputProperty::FileName:
-            file.fileName = core.token.text;
+            file.fileName = core.token.Text();
             return;
         case OutputProperty::WriteMode:
             file.writeMode = ReadWriteMode(core);

@@ -6,40 +6,35 @@
 #include <cstring>
 
 #include "Common/DigitMask.h"
-#include "Reader/LexerFile.h"
+#include "Reader/BulkCursor.h"
 
 namespace orvalo {
 
-/// Reads bulk rows of the common kind, as programs write them: `numbers` natural numbers of one to four digits, a
-/// single blank between them, on a line of their own. Whatever is not surely such a row, all of it in the buffer, is
-/// left for Lexer::ReadNatural, which reads every row and alone raises errors: between them the two count alike.
+/// Reads bulk rows of the common kind, as programs write them: `numbers` (3 or 4) natural numbers of one to four
+/// digits, one blank between them, the same throughout, on a line of their own. Whatever is not surely such a row, all
+/// of it in the buffer, is left for Lexer::ReadNatural, which reads every row and alone raises errors: between them the
+/// two count alike.
 ///
 /// A window of 64 bytes is classified at once, and the rows in it are taken from the bits, so that one row need not
-/// wait for the length of the row before it.
+/// wait for the length of the row before it. In a grid most rows have the shape of the row before them, which takes one
+/// comparison to see.
 template <unsigned int numbers>
 class PlainRows {
 public:
-    explicit PlainRows(LexerFile& file) : file_(file), window_(file.cursor), line_(file.line), column_(file.column) {
-        Classify();
-    }
+    explicit PlainRows(Lexer& lexer) : cursor_(lexer), separator_(SeparatorAt(cursor_.at)) { Slide(); }
     PlainRows(const PlainRows&) = delete;
     PlainRows& operator=(const PlainRows&) = delete;
 
-    /// Moves the file behind the rows that were accepted. To be called last.
-    void Commit() {
-        file_.cursor = window_ + at_;
-        file_.line = line_;
-        file_.column = column_;
-    }
-
-    /// Whether the next row is a plain one; `values` is then what it holds.
+    /// Whether the next row is a plain one; `row` is then what it holds.
     bool Look() {
-        while (!LookInWindow()) {
-            if (!outOfWindow_ || at_ == 0) return false;
-            window_ += at_;
-            at_ = 0;
-            Classify();
+        if (Passed() + shape_.length >= windowSize) Slide();
+        if (!HasShape()) {
+            while (!FindShape()) {
+                if (!outOfWindow_ || cursor_.at == window_) return false;
+                Slide();
+            }
         }
+        Convert();
         return true;
     }
 
@@ -47,101 +42,150 @@ public:
     void Accept() {
         // As ReadNatural counts: a blank and a first digit for each number, nothing for the digits after it.
         constexpr unsigned int counted = 2 * numbers - 1;
-        line_ += lineFeeds_;
-        column_ = (lineFeeds_ != 0 ? 0 : column_) + counted;
-        at_ = rowEnd_;
-        rest_ = restBehind_;
+        if (shape_.gap != 0) {
+            ++cursor_.line;
+            cursor_.column = counted;
+        } else {
+            cursor_.column += counted;
+        }
+        cursor_.at += shape_.length;
     }
 
-    std::array<unsigned int, numbers> values{};
+    /// Reads the number behind the row that was accepted last, if it is one of the common kind.
+    bool TakeNumber(double& value) { return cursor_.TakeNumber(value); }
+
+    /// Moves the lexer behind what was accepted and taken. To be called last.
+    void Commit() const { cursor_.Commit(); }
+
+    /// The numbers of the row that was looked at, 16 bits each, the first one lowest.
+    std::uint64_t row = 0;
+
+    unsigned int Field(unsigned int index) const { return static_cast<std::uint16_t>(row >> (16 * index)); }
+    unsigned int Fourth() const { return static_cast<unsigned int>(row >> 48U); }
 
 private:
-    void Classify() {
-        rest_ = NonDigitMask(window_);
-        const std::uint64_t digits = ~rest_;
-        const std::uint64_t noNumberBetween = rest_ & (rest_ >> 1U);
+    static constexpr std::uint64_t windowSize = 64;
+
+    /// What a row looks like, from the line end before it to the byte behind it.
+    struct Shape {
+        /// Bytes of the row, the line end before it included; 0 for no shape.
+        unsigned int length = 0;
+        /// Bytes of that line end: 0 behind a number that took it, 1, or 2 with a carriage return.
+        unsigned int gap = 0;
+        /// Which bytes are no digits, up to the one behind the row.
+        std::uint64_t bits = 0;
+        /// Where each number ends.
+        std::array<unsigned int, numbers> ends{};
+        /// Which bits of the digits count in the four bytes up to the end of each number.
+        std::array<std::uint32_t, 4> digits{};
+    };
+
+    static std::uint64_t Below(std::uint64_t bit) { return (std::uint64_t{1} << bit) - 1; }
+
+    /// How much of the window lies behind the cursor.
+    std::uint64_t Passed() const { return static_cast<std::uint64_t>(cursor_.at - window_); }
+
+    /// Moves the window to the cursor.
+    void Slide() {
+        window_ = cursor_.at;
+        const std::uint64_t others = NonDigitMask(window_);
+        const std::uint64_t digits = ~others;
+        const std::uint64_t noNumberBetween = others & (others >> 1U);
         const std::uint64_t fiveDigits = digits & (digits >> 1U) & (digits >> 2U) & (digits >> 3U) & (digits >> 4U);
-        irregular_ = noNumberBetween | fiveDigits;
+        irregular_ = noNumberBetween | fiveDigits | (others & ~ByteMask(window_, separator_));
+        // What stands behind the end of the buffer is not in the window.
+        const auto left = static_cast<std::uint64_t>(cursor_.end - window_);
+        others_ = left < windowSize ? others & Below(left) : others;
     }
 
-    bool LookInWindow() {
-        const char* const gap = window_ + at_;
-        std::uint64_t rest = rest_;
-        unsigned int start = at_;
-        lineFeeds_ = 0;
-        if (*gap == '\n') {
-            start += 1;
-            rest &= rest - 1;
-            lineFeeds_ = 1;
-        } else if (*gap == '\r' && gap[1] == '\n') {
-            start += 2;
-            rest &= rest - 1;
-            rest &= rest - 1;
-            lineFeeds_ = 1;
-        }
-        // Where each number ends.
-        std::array<unsigned int, numbers> ends;
+    /// The blank behind the first number of the row at `p`, or a space.
+    static char SeparatorAt(const char* p) {
+        while (*p == '\n' || *p == '\r') ++p;
+        while (*p >= '0' && *p <= '9') ++p;
+        return *p == '\t' || *p == ',' ? *p : ' ';
+    }
+
+    unsigned int Gap() const {
+        if (*cursor_.at == '\n') return 1;
+        return *cursor_.at == '\r' && cursor_.at[1] == '\n' ? 2 : 0;
+    }
+
+    /// Whether the next row is in the window and has the shape that was found last.
+    bool HasShape() const {
+        const std::uint64_t passed = Passed();
+        if (shape_.length == 0 || passed >= windowSize || Gap() != shape_.gap) return false;
+        // The byte behind the row belongs to its shape; what it is does not matter.
+        const std::uint64_t within = Below(shape_.length) & ~Below(shape_.gap);
+        const std::uint64_t wrongShape = ((others_ >> passed) ^ shape_.bits) & (2 * Below(shape_.length) + 1);
+        return (wrongShape | ((irregular_ >> passed) & within)) == 0;
+    }
+
+    /// Finds the shape of the next row, if it is a plain one and in the window.
+    bool FindShape() {
+        shape_.length = 0;
+        const std::uint64_t passed = Passed();
+        outOfWindow_ = passed >= windowSize;
+        if (outOfWindow_) return false;
+        const unsigned int gap = Gap();
+        const std::uint64_t others = others_ >> passed;
+        std::uint64_t rest = others & ~Below(gap);
+        unsigned int start = gap;
         for (unsigned int i = 0; i < numbers; ++i) {
             outOfWindow_ = rest == 0;
             if (outOfWindow_) return false;
-            ends[i] = static_cast<unsigned int>(std::countr_zero(rest));
-            restBehind_ = rest;
+            const auto end = static_cast<unsigned int>(std::countr_zero(rest));
             rest &= rest - 1;
+            if (end == start || end - start > 4) return false;
+            shape_.ends[i] = end;
+            shape_.digits[i] = 0x0F0F0F0FU << (32U - 8U * (end - start));
+            start = end + 1;
         }
-        rowEnd_ = ends[numbers - 1];
-        const std::uint64_t row = (std::uint64_t{1} << rowEnd_) - (std::uint64_t{1} << start);
-        if ((irregular_ & row) != 0 || ends[0] == start || window_ + rowEnd_ >= file_.end) return false;
-        if (!SeparatedByBlanks(ends)) return false;
-        Convert(start, ends);
+        const unsigned int length = shape_.ends[numbers - 1];
+        if (((irregular_ >> passed) & Below(length) & ~Below(gap)) != 0) return false;
+        shape_.length = length;
+        shape_.gap = gap;
+        shape_.bits = others & (2 * Below(length) + 1);
         return true;
     }
 
-    bool SeparatedByBlanks(const std::array<unsigned int, numbers>& ends) const {
-        bool spaces = true;
-        bool blanks = true;
-        for (unsigned int i = 0; i + 1 < numbers; ++i) spaces &= window_[ends[i]] == ' ';
-        if (spaces) return true;
-        for (unsigned int i = 0; i + 1 < numbers; ++i) {
-            const char c = window_[ends[i]];
-            blanks &= c == ' ' || c == '\t' || c == ',';
-        }
-        return blanks;
-    }
-
-    /// The digits of one number, right-aligned in four bytes.
-    std::uint64_t Digits(unsigned int start, unsigned int end) const {
+    /// The four bytes up to the end of a number; before a short one there is always a byte more in the buffer's slack.
+    std::uint32_t Digits(unsigned int index) const {
         std::uint32_t word;
-        std::memcpy(&word, window_ + start, sizeof word);
-        return (word & 0x0F0F0F0FU) << (32U - 8U * (end - start));
+        std::memcpy(&word, cursor_.at + shape_.ends[index] - sizeof word, sizeof word);
+        return word;
     }
 
-    /// Converts two numbers at a time, each in one half of a word.
-    void Convert(unsigned int start, const std::array<unsigned int, numbers>& ends) {
-        for (unsigned int i = 0; i < numbers; i += 2) {
-            const unsigned int first = i == 0 ? start : ends[i - 1] + 1;
-            std::uint64_t pair = Digits(first, ends[i]);
-            if (i + 1 < numbers) pair |= Digits(ends[i] + 1, ends[i + 1]) << 32U;
-            pair = (pair * 10 + (pair >> 8U)) & 0x00FF00FF00FF00FFU;
-            pair = (pair * 100 + (pair >> 16U)) & 0x0000FFFF0000FFFFU;
-            values[i] = static_cast<std::uint32_t>(pair);
-            if (i + 1 < numbers) values[i + 1] = static_cast<std::uint32_t>(pair >> 32U);
+    /// Converts all numbers at once: digits to pairs, pairs to numbers.
+    void Convert() {
+        std::array<std::uint32_t, 4> digits = {Digits(0), Digits(1), Digits(2), 0};
+        if constexpr (numbers == 4) digits[3] = Digits(3);
+#if defined(__SSE2__)
+        const __m128i mask = _mm_loadu_si128(reinterpret_cast<const __m128i*>(shape_.digits.data()));
+        const __m128i bytes = _mm_and_si128(_mm_set_epi32(static_cast<int>(digits[3]), static_cast<int>(digits[2]),
+                                                          static_cast<int>(digits[1]), static_cast<int>(digits[0])),
+                                            mask);
+        const __m128i tens = _mm_mullo_epi16(bytes, _mm_set1_epi16(10));
+        const __m128i pairs = _mm_and_si128(_mm_add_epi16(tens, _mm_srli_epi16(bytes, 8)), _mm_set1_epi16(0xFF));
+        const __m128i values = _mm_madd_epi16(pairs, _mm_set1_epi32(1 << 16 | 100));
+        row = static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_packs_epi32(values, values)));
+#else
+        row = 0;
+        for (unsigned int i = 0; i < numbers; ++i) {
+            std::uint32_t v = digits[i] & shape_.digits[i];
+            v = (v * 10 + (v >> 8U)) & 0x00FF00FFU;
+            row |= std::uint64_t{static_cast<std::uint16_t>(v * 100 + (v >> 16U))} << (16 * i);
         }
+#endif
     }
 
-    LexerFile& file_;
-    const char* window_;
-    unsigned int at_ = 0;
-    // The bytes of the window from `at_` on that are no digits, and where a plain row cannot be.
-    std::uint64_t rest_ = 0;
+    BulkCursor cursor_;
+    char separator_;
+    const char* window_ = nullptr;
+    // Which bytes of the window are no digits, and where a plain row cannot be.
+    std::uint64_t others_ = 0;
     std::uint64_t irregular_ = 0;
-    // Of the row that was looked at.
-    std::uint64_t restBehind_ = 0;
-    unsigned int rowEnd_ = 0;
-    unsigned int lineFeeds_ = 0;
     bool outOfWindow_ = false;
-
-    std::uint64_t line_;
-    std::uint64_t column_;
+    Shape shape_;
 };
 
 }  // namespace orvalo

@@ -41,7 +41,7 @@ unsigned int ReaderCore::MatchKeyword(const char* list, const ExceptionMessage& 
 
 std::optional<std::int64_t> ReaderCore::Truncated() const {
     constexpr double limit = 9223372036854775808.0;  // 2^63
-    if (token.type != TokenType::Number || token.text.empty()) return std::nullopt;
+    if (token.type != TokenType::Number) return std::nullopt;
     if (!(token.value < limit && token.value >= -limit)) return std::nullopt;
     return static_cast<std::int64_t>(token.value);
 }

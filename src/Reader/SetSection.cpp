@@ -29,9 +29,9 @@ void ReadPoints(ReaderCore& core, Set& set) {
     std::uint64_t read = 0;
     BulkPosition position;
     do {
-        PlainRows<3> rows(core.lexer.Current());
+        PlainRows<3> rows(core.lexer);
         while (read < count && rows.Look()) {
-            set.points[read++] = ToPoint(rows.values[0], rows.values[1], rows.values[2]);
+            set.points[read++] = ToPoint(rows.Field(0), rows.Field(1), rows.Field(2));
             rows.Accept();
         }
         rows.Commit();

@@ -2,6 +2,7 @@
 #include <limits>
 
 #include "Common/Raise.h"
+#include "Reader/BulkCursor.h"
 #include "Reader/ModelAccess.h"
 #include "Reader/Sections.h"
 
@@ -33,15 +34,24 @@ std::size_t ReadTableCount(const ReaderCore& core) {
 template <class Sample>
 void ReadSamples(ReaderCore& core, Table& table) {
     auto* sample = static_cast<unsigned char*>(table.data);
+    const std::size_t count = table.count;
     std::size_t read = 0;
-    for (core.NextToken(); !core.IsKeyword("end"); core.NextToken()) {
-        if (read == table.count) ORVALO_RAISE(TableReader, ReaderMessages::TooManyTableElements);
-        const auto value = static_cast<Sample>(core.ExpectNumber());
-        std::memcpy(sample, &value, sizeof value);
-        sample += sizeof value;
-        ++read;
+    const auto store = [&](double number) {
+        const auto value = static_cast<Sample>(number);
+        std::memcpy(sample + sizeof value * read++, &value, sizeof value);
+    };
+    for (;;) {
+        BulkCursor cursor(core.lexer);
+        double number = 0.0;
+        while (read < count && cursor.TakeNumber(number)) store(number);
+        cursor.Commit();
+
+        core.NextToken();
+        if (core.IsKeyword("end")) break;
+        if (read == count) ORVALO_RAISE(TableReader, ReaderMessages::TooManyTableElements);
+        store(core.ExpectNumber());
     }
-    if (read < table.count) RaiseNotEnough(table.count - read);
+    if (read < count) RaiseNotEnough(count - read);
 }
 
 void ReadData(ReaderCore& core, Table& table, bool doublePrecision) {
