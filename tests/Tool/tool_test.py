@@ -52,7 +52,7 @@ CASES = [
      re.compile(r"^r\.txt: error: Unable to read '.*' results file\. \[201\]\n$")),
     ('neither model nor results', {'x': 'hello world\n'}, 'info x', 1, '', re.compile(r'^x:1:1: error: Section name')),
     ('summary', {'good.model': GOOD}, 'info good.model', 0,
-     re.compile(r'^good\.model: model, .*2 x 1 x 1 cubes .*#1 +a +2 cubes +vp 2 +vs 1\n.*2 samples, 0\.2 us.*\(1, 1, 1\): u to s',
+     re.compile(r'^good\.model: model, .*2 x 1 x 1 cubes .*#1 +a +2 cubes +vp 2 +vs 1\n.*2 samples, 0\.2 us, from 0 us\n.*\(1, 1, 1\): u to s',
                 re.S), ''),
     ('grid alone of a file that is no whole model', {'g.model': 'nothing else\n' + CUBES}, 'info --cubes-only g.model', 0,
      re.compile(r'^g\.model: cubes of a model, .*2 x 1 x 1 cubes .*#1 +2 cubes\n$', re.S), ''),

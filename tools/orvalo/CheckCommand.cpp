@@ -9,10 +9,10 @@
 #include <nlohmann/json.hpp>
 
 #include "Diagnostic.h"
+#include "ExitStatus.h"
 #include "FormatOption.h"
 #include "InputFile.h"
 #include "JsonText.h"
-#include "Problem.h"
 
 namespace {
 

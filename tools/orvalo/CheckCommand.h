@@ -2,7 +2,7 @@
 
 #include <CLI/App.hpp>
 
-#include "Problem.h"
+#include "ExitStatus.h"
 
 /// Adds `check` to the command line; run, it stores its outcome in `status`.
 void AddCheckCommand(CLI::App& app, ExitStatus& status);

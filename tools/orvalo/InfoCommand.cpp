@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Diagnostic.h"
+#include "ExitStatus.h"
 #include "FormatOption.h"
 #include "HarmlessText.h"
 #include "InputFile.h"

@@ -7,6 +7,7 @@
 #include <Orvalo3DReader/Model/Model.h>
 #include <Orvalo3DReader/Results/Results.h>
 
+#include "ExitStatus.h"
 #include "FileKind.h"
 #include "Problem.h"
 

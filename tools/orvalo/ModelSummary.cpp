@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <optional>
 #include <vector>
@@ -61,8 +62,8 @@ std::optional<ModelSummary::Range> DampingRange(const orvalo::Cubes& cubes) {
 
 ModelSummary::Excitation MakeExcitation(std::size_t samples, int negatedStartStep, double timeStep) {
     const double microseconds = timeStep * 1e6;
-    return {samples, (0.0 - static_cast<double>(negatedStartStep)) * microseconds,
-            static_cast<double>(samples) * microseconds};
+    const auto startStep = static_cast<double>(-static_cast<std::int64_t>(negatedStartStep));
+    return {samples, startStep * microseconds, static_cast<double>(samples) * microseconds};
 }
 
 }  // namespace

@@ -71,6 +71,11 @@ void AddGridValues(SummaryLines& lines, const orvalo::Model& model, const ModelS
     }
 }
 
+std::string DirectionText(const orvalo::Actuator& actuator) {
+    const std::string letters = DirectionLetters(actuator);
+    return letters.empty() ? "no direction" : "along " + letters;
+}
+
 std::string SignalText(const orvalo::Actuator& actuator) {
     if (actuator.tableId > 0) return fmt::format("table {}", actuator.tableId);
     const orvalo::Actuator::Definition& signal = actuator.definition;
@@ -85,8 +90,8 @@ void AddExcitations(SummaryLines& lines, const orvalo::Model& model, const Model
     std::vector<std::string> texts;
     for (std::size_t i = 0; i < model.actuators.size(); ++i) {
         const orvalo::Actuator& actuator = model.actuators[i];
-        texts.push_back(fmt::format("{} at {} along {}, {}: {}", MethodName(actuator.method),
-                                    ToText(actuator.shared.position), DirectionLetters(actuator), SignalText(actuator),
+        texts.push_back(fmt::format("{} at {}, {}, {}: {}", MethodName(actuator.method),
+                                    ToText(actuator.shared.position), DirectionText(actuator), SignalText(actuator),
                                     ToText(summary.actuators[i])));
     }
     lines.AddList("actuators", texts);

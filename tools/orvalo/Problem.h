@@ -5,8 +5,7 @@
 
 #include <Orvalo3DReader/Reader/InputPlace.h>
 
-/// The exit statuses of the program, the worse the greater but for wrong usage, which comes alone.
-enum class ExitStatus { good = 0, badFile = 1, wrongUsage = 2, unreadableFile = 3 };
+#include "ExitStatus.h"
 
 /// Something to be said about an input file.
 struct Problem {

@@ -16,9 +16,9 @@
 #include <Orvalo3DReader/Common/Exception.h>
 
 #include "Diagnostic.h"
+#include "ExitStatus.h"
 #include "HarmlessText.h"
 #include "InputFile.h"
-#include "Problem.h"
 #include "ResultsSummary.h"
 
 namespace {

@@ -7,8 +7,8 @@
 #include <fmt/format.h>
 
 #include "CheckCommand.h"
+#include "ExitStatus.h"
 #include "InfoCommand.h"
-#include "Problem.h"
 #include "ValueCommand.h"
 
 namespace {
