@@ -9,7 +9,9 @@ namespace orvalo {
 /// One entry of the message catalogue (ReaderMessages): its stable number and its printf-style text.
 /// `format` points to static storage.
 struct ExceptionMessage {
+    /// The stable number.
     int code;
+    /// The text, with the conversions of printf.
     const char* format;
 };
 
@@ -27,7 +29,9 @@ public:
     /// the process.
     Exception(Exception& inner, const std::string& fileName, int line, int column);
 
+    /// Copies all, a description that was composed included.
     Exception(const Exception&) = default;
+    /// As the copy constructor.
     Exception& operator=(const Exception&) = default;
     virtual ~Exception();
 

@@ -32,17 +32,18 @@ struct Actuator {
     int input = 0;
     /// 1 force, 2 absolute; 0 when not given.
     int method = 0;
+    /// The waveform, where the actuator is given by definition.
     Definition definition;
+    /// Factor for the samples.
     double amplitude = 1.0;
     /// Whether the signal is to be inverted.
     bool invert = false;
-    /// The components of displacement that the actuator drives.
-    bool directionU = false;
-    bool directionV = false;
-    bool directionW = false;
-    double factorU = 1.0;
-    double factorV = 1.0;
-    double factorW = 1.0;
+    bool directionU = false;  ///< Whether it drives the displacement u.
+    bool directionV = false;  ///< Whether it drives v.
+    bool directionW = false;  ///< Whether it drives w.
+    double factorU = 1.0;     ///< Factor for u.
+    double factorV = 1.0;     ///< Factor for v.
+    double factorW = 1.0;     ///< Factor for w.
     /// The table that drives the actuator: positive from a TABLE section, negative when generated, 0 for none.
     int tableId = 0;
     /// The model's table of that ID, set at the end of a whole-model read. Not owned: it lives as long as the model

@@ -10,9 +10,9 @@ public:
     /// The shift that Normalize applied: a cube at (x, y, z) lies at (x + norm.x, y + norm.y, z + norm.z) in the
     /// normalized box.
     struct Norm {
-        short x = 0;
-        short y = 0;
-        short z = 0;
+        short x = 0;  ///< Along x.
+        short y = 0;  ///< Along y.
+        short z = 0;  ///< Along z.
     };
 
     /// Widens the box to hold the point. The first point makes the box.
@@ -29,13 +29,13 @@ public:
     bool defined = false;
     /// True once Normalize has been called.
     bool normalized = false;
-    short minX = 0;
-    short maxX = 0;
-    short minY = 0;
-    short maxY = 0;
-    short minZ = 0;
-    short maxZ = 0;
-    Norm norm;
+    short minX = 0;  ///< Lowest x.
+    short maxX = 0;  ///< Highest x.
+    short minY = 0;  ///< Lowest y.
+    short maxY = 0;  ///< Highest y.
+    short minZ = 0;  ///< Lowest z.
+    short maxZ = 0;  ///< Highest z.
+    Norm norm;       ///< The shift; zero before Normalize.
 };
 
 }  // namespace orvalo

@@ -10,18 +10,18 @@ namespace orvalo {
 /// One cell of the grid, naturally aligned (8 bytes). In the packed buffer of Cubes a record is 7 bytes, so these
 /// are read from there field by field or by copying 7 bytes.
 struct Cube {
-    short x = 0;
-    short y = 0;
-    short z = 0;
+    short x = 0;  ///< Cube coordinate.
+    short y = 0;  ///< Cube coordinate.
+    short z = 0;  ///< Cube coordinate.
     /// Vector index in the MaterialRepository; the number written in the file when only the cubes were read.
     unsigned char material = 0;
 };
 
 /// One damping cell, naturally aligned (16 bytes). In the packed buffer of Cubes a record is 15 bytes.
 struct DampingCube {
-    short x = 0;
-    short y = 0;
-    short z = 0;
+    short x = 0;  ///< Cube coordinate.
+    short y = 0;  ///< Cube coordinate.
+    short z = 0;  ///< Cube coordinate.
     /// As for Cube.
     unsigned char material = 0;
     /// Damping coefficient, as written.
@@ -43,7 +43,9 @@ public:
     /// The temperature of cube `index` in degrees Celsius. Not checked: only for grids with temperatures.
     double GetTemperature(std::size_t index) const { return temperaturesBuffer_.get()[index]; }
 
+    /// Number of cube records: the count that the section declares.
     std::size_t CubesCount() const { return cubesCount_; }
+    /// Number of damping records: the count that the section declares.
     std::size_t DampingCubesCount() const { return dampingCubesCount_; }
 
     /// CubesCount() records of 7 bytes: x, y, z (signed 16-bit each), material (unsigned 8-bit). Null when there are

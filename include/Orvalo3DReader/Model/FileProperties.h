@@ -6,6 +6,7 @@ namespace orvalo {
 
 /// Where and how an output of the simulation is written.
 struct FileProperties {
+    /// In lower case, without a directory.
     std::string fileName;
     /// 0 overwrite, 1 create, 2 append.
     int writeMode = 0;

@@ -28,6 +28,7 @@ public:
     /// constants stay as they were.
     void SetFormat2(const double (&density)[3], const double (&young)[3], const double (&poisson)[3]);
 
+    /// In lower case when read from a file.
     std::string name;
     /// True only for materials given by coefficients (SetFormat2).
     bool temperatureDependent = false;
@@ -35,15 +36,17 @@ public:
     double vp = 0.0;
     /// Transverse (shear) wave speed.
     double vs = 0.0;
+    /// Mass density.
     double density = 0.0;
     /// Shear modulus, the second Lamé constant.
     double mu = 0.0;
     /// First Lamé constant.
     double lambda = 0.0;
-    /// Coefficients of T^2, T and 1 (T in degrees Celsius); meaningful only when temperatureDependent.
+    /// Coefficients of T^2, T and 1 (T in degrees Celsius) for the density; like the next two meaningful only when
+    /// temperatureDependent.
     double densityCoefficients[3] = {};
-    double youngCoefficients[3] = {};
-    double poissonCoefficients[3] = {};
+    double youngCoefficients[3] = {};    ///< The same for Young's modulus.
+    double poissonCoefficients[3] = {};  ///< The same for Poisson's ratio.
 };
 
 }  // namespace orvalo

@@ -30,9 +30,11 @@ public:
     double startTime = 0.0;
     /// Degrees Celsius: the temperature of cells of temperature-dependent materials that have none of their own.
     double roomTemperature = 25.0;
+    /// "Air" and what the MATERIALS section defines.
     MaterialRepository materials;
     /// The box of all cubes and damping cubes.
     Bounds bounds;
+    /// The grid, its temperatures and the damping cubes.
     Cubes cubes;
     /// In file order; disabled ones are left out, as for all that follows.
     std::vector<Actuator> actuators;

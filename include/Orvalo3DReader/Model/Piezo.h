@@ -13,6 +13,7 @@ namespace orvalo {
 
 /// A piezoelectric patch: many points of a plane, each driven by up to three of the patch's own tables.
 struct Piezo {
+    /// ID and place.
     SharedProperties shared;
     /// The axis of the patch: (1, 0, 0), (0, 1, 0) or (0, 0, 1).
     Point direction;
@@ -20,7 +21,9 @@ struct Piezo {
     int start = 0;
     /// The number of samples that every table of the patch has; 0 without tables.
     std::size_t samplesCount = 0;
+    /// Factor for the samples.
     double amplitude = 1.0;
+    /// The points of the patch.
     PiezoData data;
     /// 1 force, 2 absolute; 0 when not given.
     int method = 0;

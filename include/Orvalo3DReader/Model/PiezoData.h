@@ -17,14 +17,15 @@ public:
     /// A point of the patch and the tables that drive its three components; table ID 0 marks an interpolated point.
     /// Ten bytes, no padding.
     struct Cell {
+        /// A point at (cellX, cellY) driven by the tables u, v and w.
         Cell(short cellX, short cellY, unsigned short u, unsigned short v, unsigned short w)
             : x(cellX), y(cellY), tableU(u), tableV(v), tableW(w) {}
 
-        short x;
-        short y;
-        unsigned short tableU;
-        unsigned short tableV;
-        unsigned short tableW;
+        short x;                ///< In the plane of the patch.
+        short y;                ///< In the plane of the patch.
+        unsigned short tableU;  ///< Drives u.
+        unsigned short tableV;  ///< Drives v.
+        unsigned short tableW;  ///< Drives w.
     };
 
     /// The number of points that the section declared, which the number of cells need not equal.

@@ -9,9 +9,11 @@ namespace orvalo {
 
 /// An output that records chosen components at one cube.
 struct Sensor {
+    /// ID and place.
     SharedProperties shared;
     /// One letter per component, in the order written: u, v, w, m (magnitude).
     std::string output;
+    /// Where and how it is written.
     FileProperties file;
 };
 

@@ -16,6 +16,7 @@ public:
     /// A set of `pointsCount` points at the origin. Throws OutOfMemory.
     Set(int setId, unsigned int pointsCount);
 
+    /// From the file; 0 for an empty set.
     int id = 0;
     /// Number of positions.
     unsigned int count = 0;

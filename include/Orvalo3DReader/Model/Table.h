@@ -15,6 +15,7 @@ public:
     /// Sample `index` as a double. Not range-checked.
     double Get(std::size_t index) const;
 
+    /// Positive from the file, negative when generated; -1 also for an empty table.
     int id = -1;
     /// Bytes per sample: 8 or 4; 0 until the samples are allocated.
     std::size_t elementSize = 0;

@@ -19,7 +19,9 @@ public:
     /// Opens nothing yet. With `cubesOnly` just the CUBES and DAMPING sections are read, cells keep the material
     /// numbers written in the file, and the model is not checked as a whole.
     Reader(const std::string& path, bool cubesOnly);
+    /// A reader of the same file in the same mode; what the other one has opened or found is shared.
     Reader(const Reader& other);
+    /// As the copy constructor.
     Reader& operator=(const Reader& other);
     virtual ~Reader();
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <string>
+
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Export.h>
 #include <Orvalo3DReader/Results/Results.h>
-
-#include <string>
 
 namespace orvalo {
 
@@ -13,7 +13,9 @@ class ORVALO3DREADER_EXPORT ResultsReader {
 public:
     /// Opens nothing yet.
     explicit ResultsReader(const std::string& path);
+    /// A reader of the same file with the same place for progress.
     ResultsReader(const ResultsReader&) = default;
+    /// As the copy constructor.
     ResultsReader& operator=(const ResultsReader&) = default;
     virtual ~ResultsReader();
 
