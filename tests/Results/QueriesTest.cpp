@@ -1,0 +1,133 @@
+#include <climits>
+#include <functional>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "Results/ResultsFiles.h"
+
+namespace orvalo {
+namespace {
+
+// Both formats hold rows for the cubes (2, -1, 0), (5, -1, 0), (5, -1, 3) and once more (2, -1, 0).
+std::unique_ptr<Results> Sample(bool mat) {
+    if (!mat) {
+        return LoadBytes(
+            "x\ty\tz\tf\tu\tv\n2\t65535\t0\t9\t1\t-1\n5\t65535\t0\t9\t2\t-2\n5\t65535\t3\t9\t3\t-"
+            "3\n2\t65535\t0\t9\t4\t-4\n");
+    }
+    return LoadBytes(MatHeader() + Indices(4, {2, 5, 5, 2, -1, -1, -1, -1, 0, 0, 3, 0, 9, 9, 9, 9}).Bytes() +
+                     Values(2, {1, 2, 3, 4, -1, -2, -3, -4}).Bytes());
+}
+
+/// The value, or the code of the error.
+double ValueOrCode(const std::function<double()>& query, const char* file) {
+    try {
+        return query();
+    } catch (const Exception& error) {
+        EXPECT_EQ(error.file(), file);
+        return error.code();
+    }
+}
+
+class Queries : public testing::TestWithParam<bool> {};
+
+TEST_P(Queries, CheckInOrder) {
+    const auto results = Sample(GetParam());
+    const char* const module = GetParam() ? "ResultsMat" : "ResultsTxt";
+    const double def = 0.5;
+    struct {
+        unsigned int col;
+        int x, y, z;
+        double expected;
+    } const cells[] = {
+        {0, 5, -1, 0, 2},         {1, 5, -1, 3, -3},         {0, 2, -1, 0, 4},        {2, 5, -1, 0, 301},
+        {2, 99, 99, 99, 301},     {UINT_MAX, 5, -1, 0, 301}, {0, 1, -1, 0, 302},      {0, 6, -1, 0, 302},
+        {0, 6, 99, 99, 302},      {0, 5, -2, 0, 303},        {0, 5, 0, 0, 303},       {0, 5, 0, 99, 303},
+        {0, 5, -1, -1, 304},      {0, 5, -1, 4, 304},        {0, 3, -1, 0, 305},      {0, 2, -1, 3, 305},
+        {0, INT_MIN, -1, 0, 302}, {0, INT_MAX, -1, 0, 302},  {0, 5, INT_MIN, 0, 303}, {0, 5, INT_MAX, 0, 303},
+        {0, 5, -1, INT_MIN, 304}, {0, 5, -1, INT_MAX, 304},  {0, 65541, -1, 0, 302},
+    };
+    for (const auto& c : cells) {
+        EXPECT_EQ(ValueOrCode([&] { return results->ExValueGet(c.col, c.x, c.y, c.z); }, module), c.expected)
+            << c.col << ' ' << c.x << ' ' << c.y << ' ' << c.z;
+        const bool fails = c.expected > 300;
+        EXPECT_EQ(results->SafeValueGet(c.col, c.x, c.y, c.z, def), fails ? def : c.expected);
+        EXPECT_TRUE(fails || results->ValueGet(c.col, c.x, c.y, c.z) == c.expected);
+    }
+    struct {
+        unsigned int col, row;
+        double expected;
+    } const rows[] = {{0, 0, 1}, {1, 3, -4}, {2, 0, 301}, {0, 4, 300}, {2, 4, 300}, {0, UINT_MAX, 300}};
+    for (const auto& c : rows) {
+        EXPECT_EQ(ValueOrCode([&] { return results->ExValueGet(c.col, c.row); }, module), c.expected);
+        const bool fails = c.expected > 299;
+        EXPECT_EQ(results->SafeValueGet(c.col, c.row, def), fails ? def : c.expected);
+        EXPECT_TRUE(fails || results->ValueGet(c.col, c.row) == c.expected);
+    }
+    EXPECT_EQ(results->IndexGet(1, 2), -1);
+    EXPECT_EQ(results->IndexGet(3, 3), 9);
+}
+
+TEST_P(Queries, MayComeFromManyThreads) {
+    const auto results = Sample(GetParam());
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&] {
+            for (int i = 0; i < 1000; ++i) {
+                EXPECT_EQ(results->ExValueGet(0, 5, -1, 0) + results->ValueGet(1, 2U), -1);
+                EXPECT_EQ(results->SafeValueGet(0, i, 5, 5, -1.0), -1);
+                EXPECT_THROW(results->ExValueGet(7, 0U), Exception);
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+}
+
+INSTANTIATE_TEST_SUITE_P(BothFormats, Queries, testing::Bool());
+
+TEST(QueriesWithoutRows, Fail) {
+    struct {
+        std::string bytes;
+        double byCell;
+    } const cases[] = {
+        {"", 301},                 // No column.
+        {"u\n1\n", 302},           // No index columns.
+        {"x\ty\tz\tf\tu\n", 305},  // A box of one empty cell.
+        {MatHeader(), 301},
+        {MatHeader() + Values(1, {}).Bytes(), 305},
+    };
+    for (const auto& c : cases) {
+        const auto results = LoadBytes(c.bytes);
+        const char* const module = c.bytes.starts_with("MATLAB") ? "ResultsMat" : "ResultsTxt";
+        EXPECT_EQ(ValueOrCode([&] { return results->ExValueGet(0, 0, 0, 0); }, module), c.byCell);
+        EXPECT_EQ(results->SafeValueGet(0, 0, 0, 0, -1.0), -1);
+        EXPECT_EQ(ValueOrCode([&] { return results->ExValueGet(0, results->RowCount()); }, module), 300);
+    }
+    EXPECT_EQ(LoadBytes("u\n1\n")->IndexGet(2, 5), 0);
+}
+
+TEST(QueriesByCell, FindEveryCellOfABoxWithHoles) {
+    // Cells that share leaves of the lookup and cells far apart, with coordinates over the whole 16-bit range.
+    std::vector<short> x;
+    std::vector<short> y;
+    std::vector<short> z;
+    for (int i = -32768; i <= 32767; i += 13) {
+        x.push_back(static_cast<short>(i));
+        y.push_back(static_cast<short>(i / 13 % 5));
+        z.push_back(static_cast<short>(i / 131 % 7));
+    }
+    std::vector<double> numbers;
+    for (std::size_t i = 0; i < x.size(); ++i) numbers.push_back(static_cast<double>(i));
+    std::vector<short> all = x;
+    all.insert(all.end(), y.begin(), y.end());
+    all.insert(all.end(), z.begin(), z.end());
+    const auto results = LoadBytes(MatHeader() + Values(1, numbers).Bytes() + Indices(3, all).Bytes());
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        ASSERT_EQ(results->ExValueGet(0, x[i], y[i], z[i]), numbers[i]);
+        ASSERT_EQ(results->SafeValueGet(0, x[i] + 1, y[i], z[i], -1), -1);
+    }
+}
+
+}  // namespace
+}  // namespace orvalo
