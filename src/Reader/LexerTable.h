@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "Reader/Token.h"
 
@@ -27,18 +28,20 @@ enum Class : std::uint8_t {
 
 constexpr std::array<Class, 256> MakeClassOf() {
     std::array<Class, 256> table{};
+    const auto set = [&table](std::string_view bytes, Class byteClass) {
+        for (const char c : bytes) table[static_cast<unsigned char>(c)] = byteClass;
+    };
     table[0] = Nul;
-    for (const unsigned char c : {'\t', ' ', ','}) table[c] = Blank;
-    for (const unsigned char c : {'$', '%', ';'}) table[c] = CommentStart;
-    for (const unsigned char c : {'\n', '\r'}) table[c] = LineEnd;
-    for (unsigned char c = 'a'; c <= 'z'; ++c) table[c] = table[c - 'a' + 'A'] = Letter;
-    for (const unsigned char c : {'E', 'e'}) table[c] = Exponent;
-    table['_'] = Letter;
-    for (unsigned char c = '0'; c <= '9'; ++c) table[c] = Digit;
-    table['.'] = Dot;
-    for (const unsigned char c : {'+', '-'}) table[c] = Sign;
-    table['='] = Equals;
-    table['"'] = Quote;
+    set("\t ,", Blank);
+    set("$%;", CommentStart);
+    set("\n\r", LineEnd);
+    set("abcdfghijklmnopqrstuvwxyzABCDFGHIJKLMNOPQRSTUVWXYZ_", Letter);
+    set("Ee", Exponent);
+    set("0123456789", Digit);
+    set(".", Dot);
+    set("+-", Sign);
+    set("=", Equals);
+    set("\"", Quote);
     return table;
 }
 
