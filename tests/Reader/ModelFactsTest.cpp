@@ -1,4 +1,5 @@
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -58,90 +59,60 @@ Numbers Samples(const Table& table) {
     return samples;
 }
 
+/// Cubes, temperatures, damping cubes and bounds.
+std::string GridOf(const Model& model) {
+    std::string text;
+    for (const Numbers& numbers : {CubeRecords(model), Temperatures(model), DampingRecords(model), BoundsOf(model)}) {
+        if (!text.empty()) text += "| ";
+        for (const double number : numbers) {
+            char shown[32];
+            std::snprintf(shown, sizeof shown, "%g ", number);
+            text += shown;
+        }
+    }
+    return text;
+}
+
 struct GridRow {
     bool cubesOnly;
     const char* text;
-    Numbers cubes;
-    Numbers temperatures;
-    Numbers damping;
-    Numbers bounds;
+    const char* grid;
 };
 
 TEST(ModelFacts, Grid) {
     const std::string materials = Sections("A") + "MATERIALS 7 0 \"a\" 1 1 1 255 0 \"b\" 1 1 1 2 0 \"c\" 1 1 1 END\n";
     const GridRow table[] = {
         // Vector indices in a whole model, numbers as written when only cubes are read.
-        {false,
-         "CUBES count 3 format 0 data 3 1 1 7\n1 5 2 2\n32767 0 300 255 END END",
-         {3, 1, 1, 1, 1, 5, 2, 3, 32767, 0, 300, 2},
-         {},
-         {},
-         {1, 32767, 0, 5, 1, 300}},
-        {true,
-         "CUBES count 3 format 0 data 3 1 1 7\n1 5 2 9\n32767 0 300 255 END END",
-         {3, 1, 1, 7, 1, 5, 2, 9, 32767, 0, 300, 255},
-         {},
-         {},
-         {1, 32767, 0, 5, 1, 300}},
+        {false, "CUBES count 3 format 0 data 3 1 1 7\n1 5 2 2\n32767 0 300 255 END END",
+         "3 1 1 1 1 5 2 3 32767 0 300 2 | | | 1 32767 0 5 1 300 "},
+        {true, "CUBES count 3 format 0 data 3 1 1 7\n1 5 2 9\n32767 0 300 255 END END",
+         "3 1 1 7 1 5 2 9 32767 0 300 255 | | | 1 32767 0 5 1 300 "},
         // Of a short list the rest is zero, and no part of the bounds.
-        {true,
-         "CUBES count 2.9 format 1 data 5 6 7 8 -2.5e1 END END",
-         {5, 6, 7, 8, 0, 0, 0, 0},
-         {-25, 0},
-         {},
-         {5, 5, 6, 6, 7, 7}},
-        {true, "CUBES format = 1 count = 1 data END count 5 END", {0, 0, 0, 0}, {0}, {}, {}},
-        {true,
-         "CUBES count 1 format 0 data 1 1 1 1 END END DAMPING count 2 data 0 9 1 2 .5 1 1 1 3 -  5 END END",
-         {1, 1, 1, 1},
-         {},
-         {0, 9, 1, 2, 0.5, 1, 1, 1, 3, -5},
-         {0, 1, 1, 9, 1, 1}},
-        {true,
-         "DAMPING count 2 data 4 4 4 1 2 END END CUBES count 1 format 0 data 1 1 1 1 END END",
-         {1, 1, 1, 1},
-         {},
-         {4, 4, 4, 1, 2, 0, 0, 0, 0, 0},
-         {1, 4, 1, 4, 1, 4}},
+        {true, "CUBES count 2.9 format 1 data 5 6 7 8 -2.5e1 END END", "5 6 7 8 0 0 0 0 | -25 0 | | 5 5 6 6 7 7 "},
+        {true, "CUBES format = 1 count = 1 data END count 5 END", "0 0 0 0 | 0 | | "},
+        {true, "CUBES count 1 format 0 data 1 1 1 1 END END DAMPING count 2 data 0 9 1 2 .5 1 1 1 3 -  5 END END",
+         "1 1 1 1 | | 0 9 1 2 0.5 1 1 1 3 -5 | 0 1 1 9 1 1 "},
+        {true, "DAMPING count 2 data 4 4 4 1 2 END END CUBES count 1 format 0 data 1 1 1 1 END END",
+         "1 1 1 1 | | 4 4 4 1 2 0 0 0 0 0 | 1 4 1 4 1 4 "},
         // Later sections and blocks replace earlier ones; the bounds remember all.
-        {true,
-         "CUBES count 1 format 1 data 1 1 1 1 9 END END CUBES count 1 format 0 data 2 2 2 2 END END",
-         {2, 2, 2, 2},
-         {},
-         {},
-         {1, 2, 1, 2, 1, 2}},
-        {true,
-         "CUBES count 1 format 0 data 3 3 3 3 END format 1 count 2 data 2 2 2 2 8 END END",
-         {2, 2, 2, 2, 0, 0, 0, 0},
-         {8, 0},
-         {},
-         {2, 3, 2, 3, 2, 3}},
+        {true, "CUBES count 1 format 1 data 1 1 1 1 9 END END CUBES count 1 format 0 data 2 2 2 2 END END",
+         "2 2 2 2 | | | 1 2 1 2 1 2 "},
+        {true, "CUBES count 1 format 0 data 3 3 3 3 END format 1 count 2 data 2 2 2 2 8 END END",
+         "2 2 2 2 0 0 0 0 | 8 0 | | 2 3 2 3 2 3 "},
         {false,
-         "CUBES count 1 format 0 data 1 1 1 2 END END DAMPING count 1 data 1 1 1 2 1 END END DAMPING count 1 data 2 2 "
-         "2 255 3 END END",
-         {1, 1, 1, 3},
-         {},
-         {2, 2, 2, 2, 3},
-         {1, 2, 1, 2, 1, 2}},
+         "CUBES count 1 format 0 data 1 1 1 2 END END DAMPING count 1 data 1 1 1 2 1 END END DAMPING count 1 data "
+         "2 2 2 255 3 END END",
+         "1 1 1 3 | | 2 2 2 2 3 | 1 2 1 2 1 2 "},
         // Wherever the keywords stand, and whatever else is not read.
-        {true, "SENSOR id 0 cubes count 1 format 0 data 1 1 1 1 END END", {1, 1, 1, 1}, {}, {}, {1, 1, 1, 1, 1, 1}},
+        {true, "SENSOR id 0 cubes count 1 format 0 data 1 1 1 1 END END", "1 1 1 1 | | | 1 1 1 1 1 1 "},
         // Numbers of 32 bits wrap.
-        {true,
-         "CUBES count 1 format 0 data 4294967297 2 3 4294967300 END END",
-         {1, 2, 3, 4},
-         {},
-         {},
-         {1, 1, 2, 2, 3, 3}},
+        {true, "CUBES count 1 format 0 data 4294967297 2 3 4294967300 END END", "1 2 3 4 | | | 1 1 2 2 3 3 "},
     };
     for (const GridRow& row : table) {
-        SCOPED_TRACE(row.text);
         const Outcome outcome =
             ReadText((row.cubesOnly ? "" : materials) + row.text + "\r\n" + Sections("XS"), {row.cubesOnly, true, 64});
-        EXPECT_EQ(outcome.what, "");
-        EXPECT_EQ(CubeRecords(*outcome.model), row.cubes);
-        EXPECT_EQ(Temperatures(*outcome.model), row.temperatures);
-        EXPECT_EQ(DampingRecords(*outcome.model), row.damping);
-        EXPECT_EQ(BoundsOf(*outcome.model), row.bounds);
+        EXPECT_EQ(outcome.what, "") << row.text;
+        EXPECT_EQ(GridOf(*outcome.model), row.grid) << row.text;
         EXPECT_EQ(outcome.model->tables.size(), row.cubesOnly ? 0U : 1U);
     }
 }

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <limits>
+#include <map>
 #include <memory>
 #include <optional>
 #include <sstream>
@@ -101,34 +101,18 @@ inline Outcome ReadText(std::string_view text, const ReadOptions& options = {}) 
 /// The sections named by one letter each, every one a line that ends with a carriage return and a line feed, so that
 /// the line which messages report is the true one: A, M, C as they must begin, X an actuator, S a sensor, P a patch.
 inline std::string Sections(std::string_view letters) {
+    static const std::map<char, const char*> sections = {
+        {'A', "ANALYSIS cellsize 1 timestep 0.1 END"},
+        {'M', "MATERIALS 1 0 \"steel\" 7800 5900 3200 END"},
+        {'C', "CUBES count 1 format 0 data 1 1 1 1 END END"},
+        {'X',
+         "ACTUATOR shape point position 1 1 1 input definition method force type fullpulse waveform sine envelope "
+         "none frequency 100 duration 10 phase 0 END"},
+        {'S', "SENSOR id 1 shape point position 1 1 1 output u filename \"s.txt\" END"},
+        {'P', "PIEZO id 1 position 0 0 0 direction 0 0 1 method force count 1 data 0 0 i END END"},
+    };
     std::string text;
-    for (const char letter : letters) {
-        switch (letter) {
-            case 'A':
-                text += "ANALYSIS cellsize 1 timestep 0.1 END";
-                break;
-            case 'M':
-                text += "MATERIALS 1 0 \"steel\" 7800 5900 3200 END";
-                break;
-            case 'C':
-                text += "CUBES count 1 format 0 data 1 1 1 1 END END";
-                break;
-            case 'X':
-                text +=
-                    "ACTUATOR shape point position 1 1 1 input definition method force type fullpulse waveform "
-                    "sine envelope none frequency 100 duration 10 phase 0 END";
-                break;
-            case 'S':
-                text += "SENSOR id 1 shape point position 1 1 1 output u filename \"s.txt\" END";
-                break;
-            case 'P':
-                text += "PIEZO id 1 position 0 0 0 direction 0 0 1 method force count 1 data 0 0 i END END";
-                break;
-            default:
-                throw std::logic_error("no such section");
-        }
-        text += "\r\n";
-    }
+    for (const char letter : letters) text += std::string(sections.at(letter)) + "\r\n";
     return text;
 }
 
