@@ -141,6 +141,14 @@ TEST(ModelClasses, FreeReleasesOnce) {
     EXPECT_EQ(cubes.CubesCount(), 0U);
 }
 
+#if defined(__has_feature)
+constexpr bool addressSanitizer = __has_feature(address_sanitizer);
+#elif defined(__SANITIZE_ADDRESS__)
+constexpr bool addressSanitizer = true;
+#else
+constexpr bool addressSanitizer = false;
+#endif
+
 /// Keeps the process from taking more than 1 GB of address space beyond what it has.
 class LimitedMemory {
 public:
@@ -161,9 +169,7 @@ private:
 };
 
 TEST(ModelClasses, SayWhichBufferDoesNotFit) {
-#if defined(__SANITIZE_ADDRESS__)
-    GTEST_SKIP() << "the address sanitizer keeps memory of its own";
-#endif
+    if (addressSanitizer) GTEST_SKIP() << "the address sanitizer keeps memory of its own";
     const struct {
         const char* text;
         const char* file;
