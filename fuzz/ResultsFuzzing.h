@@ -1,0 +1,118 @@
+#pragma once
+
+#include <bit>
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <Orvalo3DReader/Reader/ResultsReader.h>
+
+#include "Catalogue.h"
+#include "Check.h"
+
+/// What both results fuzzers do with a file.
+namespace orvalo::fuzz {
+
+/// A file in memory.
+class MemoryFile {
+public:
+    MemoryFile(const std::uint8_t* data, std::size_t size) : descriptor_(::memfd_create("input", 0)) {
+        Check(descriptor_ >= 0 && ::write(descriptor_, data, size) == static_cast<ssize_t>(size),
+              "the input can be written");
+    }
+    MemoryFile(const MemoryFile&) = delete;
+    MemoryFile& operator=(const MemoryFile&) = delete;
+    ~MemoryFile() { ::close(descriptor_); }
+
+    std::string Path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
+
+private:
+    int descriptor_;
+};
+
+inline bool Same(double a, double b) {
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+}
+
+/// Asks all three forms of a query by cube. True when a row covers the cube.
+inline bool QueryCell(const Results& results, unsigned int col, int x, int y, int z) {
+    constexpr double def = 0.1234;
+    const double safe = results.SafeValueGet(col, x, y, z, def);
+    try {
+        const double value = results.ExValueGet(col, x, y, z);
+        Check(Same(value, safe) && Same(value, results.ValueGet(col, x, y, z)), "the forms agree on a cube");
+        return true;
+    } catch (const Exception& error) {
+        Check(Same(safe, def) && error.code() >= 301 && error.code() <= 305, "a cube is refused as such");
+        Check((error.code() == 301) == (col >= results.ValuesColCount()), "the column is tested first");
+        Check(IsCatalogueText(error.code(), error.what()), "the text is the catalogue's");
+        return false;
+    }
+}
+
+inline bool QueryRow(const Results& results, unsigned int col, unsigned int row) {
+    constexpr double def = 0.1234;
+    const double safe = results.SafeValueGet(col, row, def);
+    try {
+        const double value = results.ExValueGet(col, row);
+        Check(Same(value, safe) && Same(value, results.ValueGet(col, row)), "the forms agree on a row");
+        return true;
+    } catch (const Exception& error) {
+        Check(Same(safe, def) && error.code() == (row >= results.RowCount() ? 300 : 301), "the row is tested first");
+        return false;
+    }
+}
+
+inline void Query(const Results& results) {
+    const unsigned int columns = results.ValuesColCount();
+    const unsigned int rows = results.RowCount();
+    for (const unsigned int row : {0U, rows / 2, rows - 1, rows, UINT_MAX}) {
+        for (const unsigned int col : {0U, columns - 1, columns, UINT_MAX}) {
+            Check(QueryRow(results, col, row) == (row < rows && col < columns), "rows and columns are those counted");
+        }
+    }
+    for (const int x : {INT_MIN, -32769, -1, 0, 1, 65536, INT_MAX}) {
+        QueryCell(results, 0, x, 0, 0);
+        QueryCell(results, 0, 0, x, 0);
+        QueryCell(results, 0, 0, 0, x);
+    }
+    if (results.IndicesColCount() < 3) return;
+    for (unsigned int row = 0; row < rows && columns > 0; ++row) {
+        const int x = results.IndexGet(0, row);
+        const int y = results.IndexGet(1, row);
+        const int z = results.IndexGet(2, row);
+        Check(QueryCell(results, columns - 1, x, y, z), "every row's cube is found");
+        QueryCell(results, 0, x + 1, y, z);
+        QueryCell(results, 0, x, y - 1, z);
+        QueryCell(results, 0, x, y, z + 1);
+    }
+}
+
+inline void CheckError(const Exception& error) {
+    const int code = error.code();
+    Check(code == 102 || (code >= 200 && code <= 211) || (code >= 306 && code <= 308),
+          "the code is one of results files");
+    Check(IsCatalogueText(code, error.what()), "the text is the catalogue's");
+}
+
+inline void Run(const std::uint8_t* data, std::size_t size) {
+    const MemoryFile file(data, size);
+    float progress = 0;
+    ResultsReader reader(file.Path());
+    reader.TraceProgress(&progress);
+    std::unique_ptr<Results> results;
+    try {
+        results.reset(reader.Execute());
+    } catch (const Exception& error) {
+        CheckError(error);
+    }
+    Check(progress >= 0 && progress <= 100, "progress is a percentage");
+    if (results) Query(*results);
+}
+
+}  // namespace orvalo::fuzz
