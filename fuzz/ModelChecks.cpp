@@ -1,0 +1,221 @@
+#include "ModelChecks.h"
+
+#include <cstring>
+#include <string_view>
+
+#include "Check.h"
+
+namespace orvalo::fuzz {
+
+namespace {
+
+constexpr std::size_t cubeStride = 7;
+constexpr std::size_t dampingCubeStride = 15;
+
+bool Holds(const Bounds& bounds, const Cube& cube) {
+    return bounds.defined && cube.x >= bounds.minX && cube.x <= bounds.maxX && cube.y >= bounds.minY &&
+           cube.y <= bounds.maxY && cube.z >= bounds.minZ && cube.z <= bounds.maxZ;
+}
+
+bool IsZero(const unsigned char* bytes, std::size_t size) {
+    for (std::size_t i = 0; i < size; ++i) {
+        if (bytes[i] != 0) return false;
+    }
+    return true;
+}
+
+/// How many of the records hold a row: those behind them stay zero, and no row has material 0.
+std::size_t CheckRecords(const unsigned char* records, std::size_t count, std::size_t stride, const Model& model,
+                         bool cubesOnly) {
+    // A count that the file merely claims is address space that nobody should walk.
+    constexpr std::size_t most = 4096;
+    Check(count == 0 || records != nullptr, "a count has its records");
+    std::size_t read = 0;
+    for (; read < std::min(count, most); ++read) {
+        Cube cube;
+        std::memcpy(&cube, records + read * stride, cubeStride);
+        if (cube.material == 0) break;
+        Check(cubesOnly || cube.material < model.materials.Count(), "a material is defined");
+        Check(Holds(model.bounds, cube), "the bounds hold every cube");
+        Check(cube.x >= 0 && cube.y >= 0 && cube.z >= 0, "coordinates of rows are not negative");
+    }
+    for (std::size_t i = read; i < std::min(count, most); ++i) {
+        Check(IsZero(records + i * stride, stride), "records without a row are zero");
+    }
+    return read;
+}
+
+void CheckTables(const std::map<int, std::shared_ptr<Table>>& tables, bool doublePrecision) {
+    for (const auto& [id, table] : tables) {
+        Check(table != nullptr && table->id == id && table->count >= 1, "a table is filed by its ID and not empty");
+        Check(table->doublePrecision == doublePrecision && table->elementSize == (doublePrecision ? 8 : 4),
+              "a table has the precision asked for");
+        Check(table->data != nullptr, "a table has samples");
+        // The sanitizer sees whether the last one is there.
+        static_cast<void>(table->Get(0));
+        static_cast<void>(table->Get(table->count - 1));
+    }
+}
+
+void CheckRequired(const std::map<int, int>& required, const std::map<int, std::shared_ptr<Table>>& tables) {
+    for (const auto& [id, found] : required) Check(found == 1 && tables.count(id) == 1, "a required table is defined");
+}
+
+void CheckText(std::string_view text) {
+    for (const char c : text) Check(!(c >= 'A' && c <= 'Z') && c != '"' && c > ' ', "strings are folded");
+}
+
+void CheckActuator(const Actuator& actuator, const Model& model) {
+    const auto found = model.tables.find(actuator.tableId);
+    Check(found != model.tables.end() && actuator.table == found->second.get(), "an actuator has its table");
+    Check(actuator.shared.id == -1 && actuator.start <= 0, "an actuator has no ID and a negated start");
+    Check(actuator.input == 0 || (actuator.input == 1 && actuator.tableId > 0), "an actuator by wave names its table");
+    Check(actuator.method == 1 || actuator.method == 2, "an actuator has a method");
+}
+
+void CheckPiezo(const Piezo& piezo, bool doublePrecision) {
+    Check(piezo.shared.id >= 1 && piezo.start <= 0 && piezo.data.Count() >= 1, "a patch has an ID and points");
+    Check(piezo.direction.x + piezo.direction.y + piezo.direction.z == 1, "a patch has an axis");
+    CheckTables(piezo.tables, doublePrecision);
+    CheckRequired(piezo.usedTables, piezo.tables);
+    for (const auto& [id, table] : piezo.tables) {
+        Check(table->count == piezo.samplesCount, "the tables of a patch have one count");
+    }
+    Check(!piezo.tables.empty() || piezo.samplesCount == 0, "a patch without tables has no samples");
+    for (const auto& [key, cell] : piezo.data.Cells()) {
+        const unsigned int own = static_cast<unsigned int>(static_cast<unsigned short>(cell->y)) << 16U |
+                                 static_cast<unsigned short>(cell->x);
+        Check(key == own, "a point of a patch is filed by its position");
+    }
+}
+
+template <class Output>
+void CheckOutput(int id, const Output& output) {
+    Check(id >= 1 && output.shared.id == id, "an output is filed by its ID");
+    Check(output.file.fileFormat != 1 || output.file.writeMode != 2, "no MAT-file is appended to");
+    CheckText(output.output);
+    CheckText(output.file.fileName);
+}
+
+void Append(std::string& text, const void* bytes, std::size_t size) {
+    if (bytes != nullptr) text.append(static_cast<const char*>(bytes), size);
+    text += '|';
+}
+
+template <class... Values>
+void AppendValues(std::string& text, const Values&... values) {
+    (Append(text, &values, sizeof values), ...);
+}
+
+/// As many leading elements as are worth comparing.
+std::size_t Some(std::size_t count) {
+    return std::min<std::size_t>(count, 4096);
+}
+
+void AppendTables(std::string& text, const std::map<int, std::shared_ptr<Table>>& tables) {
+    for (const auto& [id, table] : tables) {
+        AppendValues(text, id, table->count, table->elementSize);
+        Append(text, table->data, Some(table->count) * table->elementSize);
+    }
+}
+
+void AppendRequired(std::string& text, const std::map<int, int>& required) {
+    for (const auto& [id, found] : required) AppendValues(text, id, found);
+}
+
+template <class Output>
+void AppendOutputs(std::string& text, const std::map<int, Output>& outputs) {
+    for (const auto& [id, output] : outputs) {
+        AppendValues(text, id, output.shared.position, output.file.writeMode, output.file.notation,
+                     output.file.fileFormat);
+        text += output.output + '|' + output.file.fileName + '|';
+    }
+}
+
+void AppendActuator(std::string& text, const Actuator& a) {
+    const Actuator::Definition& d = a.definition;
+    AppendValues(text, a.shared.position, a.start, a.input, a.method, a.amplitude, a.invert, a.directionU, a.directionV,
+                 a.directionW, a.factorU, a.factorV, a.factorW, a.tableId, d.type, d.waveform, d.envelope, d.frequency,
+                 d.duration, d.phase);
+}
+
+void AppendPiezo(std::string& text, const Piezo& piezo) {
+    AppendValues(text, piezo.shared.id, piezo.shared.position, piezo.direction, piezo.start, piezo.samplesCount,
+                 piezo.amplitude, piezo.method);
+    const std::size_t count = piezo.data.Count();
+    AppendValues(text, count);
+    for (const auto& [key, cell] : piezo.data.Cells()) AppendValues(text, key, *cell);
+    AppendTables(text, piezo.tables);
+    AppendRequired(text, piezo.usedTables);
+}
+
+void AppendMaterials(std::string& text, const MaterialRepository& materials) {
+    for (int i = 0; i < static_cast<int>(materials.Count()); ++i) {
+        const Material& m = materials[i];
+        const int fileIndex = materials.Vec2File(i);
+        text += m.name + '|';
+        AppendValues(text, fileIndex, m.temperatureDependent, m.vp, m.vs, m.density, m.mu, m.lambda,
+                     m.densityCoefficients, m.youngCoefficients, m.poissonCoefficients);
+    }
+}
+
+}  // namespace
+
+void CheckModel(const Model& model, bool cubesOnly, bool doublePrecision) {
+    const Cubes& cubes = model.cubes;
+    CheckRecords(cubes.CubesPtr(), cubes.CubesCount(), cubeStride, model, cubesOnly);
+    CheckRecords(cubes.DampingCubesPtr(), cubes.DampingCubesCount(), dampingCubeStride, model, cubesOnly);
+    Check(cubes.CubesCount() > 0, "a model has cubes");
+    if (cubesOnly) {
+        Check(model.actuators.empty() && model.tables.empty() && model.sets.empty() && model.piezos.empty() &&
+                  model.sensors.empty() && model.dumps.empty() && model.materials.Count() == 1,
+              "only cubes were read");
+        return;
+    }
+    Check(!model.actuators.empty() || !model.piezos.empty(), "something excites the model");
+    Check(!model.sensors.empty() || !model.dumps.empty(), "something is recorded");
+    Check(model.cellSize > 0 && model.timeStep >= 0 && model.startTime >= 0 && model.roomTemperature >= -273.15,
+          "the analysis is in its ranges");
+    CheckTables(model.tables, doublePrecision);
+    CheckRequired(model.requiredTables, model.tables);
+    for (const Actuator& actuator : model.actuators) CheckActuator(actuator, model);
+    Check(model.piezos.size() <= 1, "a model has at most one patch");
+    for (const auto& piezo : model.piezos) CheckPiezo(*piezo, doublePrecision);
+    for (const auto& [id, sensor] : model.sensors) CheckOutput(id, sensor);
+    for (const auto& [id, dump] : model.dumps) CheckOutput(id, dump);
+    for (int i = 1; i < static_cast<int>(model.materials.Count()); ++i) {
+        CheckText(model.materials[i].name);
+        const int fileIndex = model.materials.Vec2File(i);
+        Check(fileIndex >= 1 && model.materials.File2Vec(fileIndex) == i, "a material is found by both its numbers");
+    }
+    for (const auto& [id, set] : model.sets) {
+        Check(set->id == id && set->count >= 1 && set->points != nullptr, "a set is filed by its ID and not empty");
+    }
+}
+
+std::string ToText(const Model& model) {
+    std::string text;
+    const Bounds& b = model.bounds;
+    AppendValues(text, model.cellSize, model.timeStep, model.startTime, model.roomTemperature, b.defined, b.minX,
+                 b.maxX, b.minY, b.maxY, b.minZ, b.maxZ);
+    const std::size_t cubes = model.cubes.CubesCount();
+    const std::size_t dampingCubes = model.cubes.DampingCubesCount();
+    AppendValues(text, cubes, dampingCubes);
+    Append(text, model.cubes.CubesPtr(), Some(cubes) * cubeStride);
+    Append(text, model.cubes.TemperaturesPtr(), Some(cubes) * sizeof(double));
+    Append(text, model.cubes.DampingCubesPtr(), Some(dampingCubes) * dampingCubeStride);
+    AppendMaterials(text, model.materials);
+    for (const Actuator& actuator : model.actuators) AppendActuator(text, actuator);
+    for (const auto& piezo : model.piezos) AppendPiezo(text, *piezo);
+    AppendOutputs(text, model.sensors);
+    AppendOutputs(text, model.dumps);
+    AppendTables(text, model.tables);
+    AppendRequired(text, model.requiredTables);
+    for (const auto& [id, set] : model.sets) {
+        AppendValues(text, id, set->count);
+        Append(text, set->points, Some(set->count) * sizeof(Point));
+    }
+    return text;
+}
+
+}  // namespace orvalo::fuzz

@@ -1,0 +1,161 @@
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <Orvalo3DReader/Common/Exception.h>
+#include <Orvalo3DReader/Model/Model.h>
+
+#include "Catalogue.h"
+#include "Check.h"
+#include "ModelChecks.h"
+#include "Reader/ModelReader.h"
+
+/// Reads models. A byte of value 255, which no model holds outside of comments, ends a file of the input: the first
+/// one is the main file, the next three are what it may include as "inc1", "inc2" and "inc3".
+namespace {
+
+using namespace orvalo;
+using fuzz::Check;
+
+/// A directory of this process's own for the input's files, in memory where the system has such a place.
+class Files {
+public:
+    Files() : directory_(std::filesystem::is_directory("/dev/shm") ? "/dev/shm/orvalo-XXXXXX" : "/tmp/orvalo-XXXXXX") {
+        Check(::mkdtemp(directory_.data()) != nullptr, "there is a temporary directory");
+    }
+    Files(const Files&) = delete;
+    Files& operator=(const Files&) = delete;
+    ~Files() {
+        std::error_code ignored;
+        std::filesystem::remove_all(directory_, ignored);
+    }
+
+    void Set(std::string_view input) {
+        for (std::size_t i = 0; i < std::size(names); ++i) {
+            const std::size_t end = i + 1 < std::size(names) ? input.find('\xFF') : std::string_view::npos;
+            contents_[i] = input.substr(0, end);
+            exists_[i] = i == 0 || input.data() != nullptr;
+            Write(i);
+            input = end == std::string_view::npos ? std::string_view() : input.substr(end + 1);
+        }
+    }
+
+    std::string Path(std::size_t i) const { return directory_ + '/' + names[i]; }
+
+    /// The content of the file of that path or name; null for any other.
+    const std::string_view* Find(std::string_view pathOrName) const {
+        for (std::size_t i = 0; i < std::size(names); ++i) {
+            if (exists_[i] && (pathOrName == Path(i) || pathOrName == names[i])) return &contents_[i];
+        }
+        return nullptr;
+    }
+
+private:
+    static constexpr const char* names[] = {"main", "inc1", "inc2", "inc3"};
+
+    void Write(std::size_t i) {
+        const std::string path = Path(i);
+        if (!exists_[i]) {
+            ::unlink(path.c_str());
+            return;
+        }
+        const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        const std::string_view bytes = contents_[i];
+        Check(descriptor >= 0 && ::write(descriptor, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()),
+              "a file of the input can be written");
+        ::close(descriptor);
+    }
+
+    std::string directory_;
+    std::string_view contents_[std::size(names)];
+    bool exists_[std::size(names)] = {};
+};
+
+void CheckPlace(const Files& files, const InputPlace& place) {
+    const std::string_view* const content = files.Find(place.path);
+    Check(content != nullptr || place.offset == 0, "a place lies in a file that was there to read");
+    if (content == nullptr) return;
+    Check(place.offset <= content->size(), "a place lies inside its file");
+    std::uint64_t line = 1;
+    std::uint64_t column = 1;
+    for (const char c : content->substr(0, place.offset)) {
+        ++column;
+        if (c == '\n') {
+            ++line;
+            column = 1;
+        }
+    }
+    Check(place.line == line && place.column == column, "line and column of a place follow from its offset");
+}
+
+/// Takes the place off a message that carries one, or returns it whole.
+std::string_view CheckHead(const Files& files, const Exception& failure, const InputPlace& place) {
+    constexpr std::string_view start = "Error in file \"";
+    std::string_view text = failure.what();
+    if (text.substr(0, start.size()) != start) return text;
+    const std::size_t end = text.find(":\n");
+    Check(end != std::string_view::npos, "a located message has its line");
+    Check(fuzz::Matches("Error in file \"%s\", line %d, column %d", text.substr(0, end)), "a message tells its place");
+    const std::string_view name = text.substr(start.size(), text.find('"', start.size()) - start.size());
+    Check(files.Find(name) != nullptr, "a message names a file that was read");
+    Check(!place.path.empty(), "a located message has its true place");
+    return text.substr(end + 2);
+}
+
+void CheckFailure(const Files& files, Exception& failure, const InputPlace& place) {
+    Check(failure.code() >= 102 && failure.code() <= 183, "the code is one of model files");
+    const std::string_view text = CheckHead(files, failure, place);
+    Check(fuzz::IsCatalogueText(failure.code(), text), "the text is the catalogue's");
+    if (!place.path.empty()) CheckPlace(files, place);
+    Check(failure.line() > 0 && !failure.file().empty(), "the source place is told");
+    Check(failure.description().find(failure.what()) == 0, "the description begins with the message");
+}
+
+/// Reads once, checks what came of it and returns all of it as text.
+std::string Read(const Files& files, bool cubesOnly, bool doublePrecision, std::size_t bufferSize) {
+    Model model;
+    ModelReader reader(files.Path(0), cubesOnly, bufferSize);
+    unsigned long long cubes = 0;
+    reader.TraceCurrentCube(&cubes);
+    try {
+        reader.Execute(model, doublePrecision);
+    } catch (Exception& failure) {
+        const InputPlace& place = reader.FailurePlace();
+        CheckFailure(files, failure, place);
+        return failure.description() + '|' + place.path + '|' + std::to_string(place.offset) + '|' +
+               std::to_string(reader.FailureRow()) + '|' + std::to_string(cubes);
+    }
+    Check(reader.FailureRow() == 0 && reader.FailurePlace().path.empty(), "success has no place");
+    Check(cubes <= model.cubes.CubesCount() || cubesOnly, "no more cubes were traced than there are");
+    fuzz::CheckModel(model, cubesOnly, doublePrecision);
+    return fuzz::ToText(model);
+}
+
+}  // namespace
+
+// Bounds what a generated table may take (libFuzzer itself takes 20 MiB), and makes the allocator fail as it does
+// outside of the sanitizer.
+extern "C" const char* __asan_default_options();
+extern "C" const char* __asan_default_options() {
+    return "allocator_may_return_null=1:max_allocation_size_mb=24";
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static Files files;
+    files.Set({reinterpret_cast<const char*>(data), size});
+    constexpr std::size_t tinySizes[] = {1, 2, 3, 7, 64};
+    const std::size_t tiny = tinySizes[size % std::size(tinySizes)];
+    constexpr std::size_t usual = Lexer::defaultBufferSize;
+    Check(Read(files, false, true, usual) == Read(files, false, true, tiny), "the buffer does not matter");
+    Check(Read(files, true, true, usual) == Read(files, true, true, tiny), "the buffer does not matter to cubes");
+    Read(files, false, false, usual);
+    return 0;
+}
