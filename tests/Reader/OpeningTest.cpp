@@ -136,6 +136,12 @@ TEST(Opening, LocatesErrorsInIncludedFiles) {
     }
 }
 
+TEST(Opening, TakesPathsThatDifferInCaseForTheSame) {
+    WriteFile("case.model", grid);
+    EXPECT_EQ(ReadPath(WriteFile("Case.model", "include \"case.model\""), cubesOnly).what,
+              "Error in file \"Case.model\", line 1, column 9:\nRecursive include found.");
+}
+
 TEST(Opening, NestsAThousandIncludes) {
     constexpr int depth = 1000;
     for (int i = 0; i < depth; ++i) {
