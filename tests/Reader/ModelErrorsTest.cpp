@@ -35,7 +35,7 @@ const ErrorGroup table[] = {
     {109, "Unexpected End-Of-Line.", {"A|@\"abc\r\n\""}},
     {110, "Include filename missing", {"A|include @5"}},
     {111, "Recursive include found.", {"A|include @\"m.model\"", "A|include \"empty.model\" include @\"EMPTY.model\""}},
-    {112, "Invalid table ID.", {"AMC|PIEZO count 1 data 1 1 t 1 1 @0.5"}},
+    {112, "Invalid table ID.", {"AMC|PIEZO count 1 data 1 1 t 1 1 @0.5", "AMC|PIEZO count 1 data 1 1 t @4294967296"}},
     {113,
      "Invalid 'ID' property value, use natural number.",
      {"AMC|ACTUATOR table @0", "AMC|PIEZO id @-3", "AMC|SENSOR id @0 enabled 0 END", "AMC|TABLE id @0",
