@@ -64,7 +64,7 @@ TEST(TextLines, HandOutWhatFgetsGives) {
                                          "\0\n\0"s,
                                          "\0"s};
     // Lines around the longest, with each kind of end.
-    for (const std::size_t size : {65533, 65534, 65535, 65536, 65537, 131069, 131070, 131071, 200000}) {
+    for (const std::size_t size : {65533U, 65534U, 65535U, 65536U, 65537U, 131069U, 131070U, 131071U, 200000U}) {
         for (const char* const end : {"", "\n", "\r\n", "\r", "\r\r\n", "\nx\n"}) {
             contents.push_back(std::string(size, 'a') + end);
             contents.push_back("b\n" + std::string(size, 'a') + end + "c");
