@@ -47,7 +47,7 @@ std::optional<std::uint64_t> FileSize(const std::string& path) noexcept;
 bool FileExists(const std::string& path) noexcept;
 
 /// The path made absolute and freed of "." and "..", without following links. Nothing when the current directory is
-/// unknown.
+/// unknown. Throws std::bad_alloc.
 std::optional<std::string> AbsolutePath(const std::string& path);
 
 }  // namespace orvalo::platform

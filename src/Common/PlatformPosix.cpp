@@ -141,6 +141,7 @@ std::optional<std::string> AbsolutePath(const std::string& path) {
     std::filesystem::path base;
     if (path.empty() || path.front() != '/') {
         base = std::filesystem::current_path(error);
+        if (error == std::errc::not_enough_memory) throw std::bad_alloc();
         if (error) return std::nullopt;
     }
     return (base / path).lexically_normal().string();

@@ -57,9 +57,17 @@ std::unique_ptr<Results> ReadResults(const std::string& path, float* progress) {
     return ReadMat(path, file, progress);
 }
 
+/// The module is so short that raising this takes nothing from the heap that has just failed.
+[[noreturn]] void RaiseOutOfMemory(int line) {
+    Raise("Results\\Results", line, ReaderMessages::OutOfMemory);
+}
+
 }  // namespace
 
-ResultsReader::ResultsReader(const std::string& path) : path_(path) {}
+ResultsReader::ResultsReader(const std::string& path) try : path_(path) {
+} catch (const std::bad_alloc&) {
+    RaiseOutOfMemory(__LINE__);
+}
 
 ResultsReader::~ResultsReader() = default;
 
@@ -73,8 +81,7 @@ Results* ResultsReader::Execute() {
     } catch (const std::bad_alloc&) {
     } catch (const std::length_error&) {
     }
-    // A module so short that raising this takes nothing from the heap that has just failed.
-    Raise("Results\\Results", __LINE__, ReaderMessages::OutOfMemory);
+    RaiseOutOfMemory(__LINE__);
 }
 
 }  // namespace orvalo
