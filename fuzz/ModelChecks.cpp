@@ -33,7 +33,7 @@ std::size_t CheckRecords(const unsigned char* records, std::size_t count, std::s
     std::size_t read = 0;
     for (; read < std::min(count, most); ++read) {
         Cube cube;
-        std::memcpy(&cube, records + read * stride, cubeStride);
+        std::memcpy(static_cast<void*>(&cube), records + read * stride, cubeStride);
         if (cube.material == 0) break;
         Check(cubesOnly || cube.material < model.materials.Count(), "a material is defined");
         Check(Holds(model.bounds, cube), "the bounds hold every cube");

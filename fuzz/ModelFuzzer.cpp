@@ -1,10 +1,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <fcntl.h>
 #include <unistd.h>
