@@ -1,0 +1,56 @@
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include "Faults/Faults.h"
+
+using namespace orvalo::faults;
+
+// These stand before the C library's own for the whole process, so that memory fails for the standard library too.
+extern "C" {
+
+void* __libc_malloc(size_t size);
+void* __libc_calloc(size_t count, size_t size);
+void* __libc_realloc(void* old, size_t size);
+void* __libc_memalign(size_t alignment, size_t size);
+void __libc_free(void* memory);
+
+static void* Counted(void* taken) {
+    if (taken != nullptr) ++held.allocations;
+    return taken;
+}
+
+void* malloc(size_t size) {
+    return Fails(memory, ENOMEM) ? nullptr : Counted(__libc_malloc(size));
+}
+
+void* calloc(size_t count, size_t size) {
+    return Fails(memory, ENOMEM) ? nullptr : Counted(__libc_calloc(count, size));
+}
+
+void* realloc(void* old, size_t size) {
+    if (Fails(memory, ENOMEM)) return nullptr;
+    return old == nullptr ? Counted(__libc_realloc(old, size)) : __libc_realloc(old, size);
+}
+
+void* aligned_alloc(size_t alignment, size_t size) {
+    return Fails(memory, ENOMEM) ? nullptr : Counted(__libc_memalign(alignment, size));
+}
+
+void free(void* taken) {
+    if (taken != nullptr) --held.allocations;
+    __libc_free(taken);
+}
+
+void* mmap(void* address, size_t size, int protection, int flags, int descriptor, off_t offset) {
+    if (Fails(memory, ENOMEM)) return reinterpret_cast<void*>(-1);
+    const long mapped = ::syscall(SYS_mmap, address, size, protection, flags, descriptor, offset);
+    if (mapped != -1) ++held.mappings;
+    return reinterpret_cast<void*>(mapped);
+}
+
+int munmap(void* address, size_t size) {
+    --held.mappings;
+    return static_cast<int>(::syscall(SYS_munmap, address, size));
+}
+
+}  // extern "C"

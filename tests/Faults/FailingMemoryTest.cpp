@@ -1,0 +1,121 @@
+#include <functional>
+#include <iostream>
+
+#include <gtest/gtest.h>
+
+#include <Orvalo3DReader/Reader/Reader.h>
+
+#include "Faults/Faults.h"
+#include "Faults/Subjects.h"
+
+namespace orvalo::faults {
+namespace {
+
+/// Makes memory fail for as long as it lives.
+class Armed {
+public:
+    explicit Armed(Series& series) { memory = &series; }
+    Armed(const Armed&) = delete;
+    Armed& operator=(const Armed&) = delete;
+    ~Armed() { memory = nullptr; }
+};
+
+/// Reads with failing memory and returns 0 or the code of the error.
+using Attempt = std::function<int(Series&)>;
+
+Attempt ReadsModel(const std::string& path, bool cubesOnly, bool doublePrecision) {
+    return [=](Series& series) {
+        support::Outcome outcome;
+        try {
+            const Armed armed(series);
+            Reader reader(path, cubesOnly);
+            const Reader copy(reader);
+            reader.Execute(outcome.model.get(), doublePrecision);
+        } catch (const Exception& failure) {
+            return failure.code();
+        }
+        EXPECT_EQ(support::Fingerprint(outcome),
+                  support::Fingerprint(support::ReadPath(path, {cubesOnly, doublePrecision})));
+        return 0;
+    };
+}
+
+Attempt ReadsResults(const std::string& path) {
+    return [=](Series& series) {
+        std::unique_ptr<Results> results;
+        try {
+            const Armed armed(series);
+            ResultsReader reader(path);
+            results.reset(reader.Execute());
+        } catch (const Exception& failure) {
+            return failure.code();
+        }
+        EXPECT_EQ(Describe(*results), orvalo::Outcome(path));
+        return 0;
+    };
+}
+
+/// Lets each allocation of an attempt that should end in `expected` fail. Returns how many there are.
+long FailEach(const std::string& name, int expected, const Attempt& attempt, bool forever) {
+    for (long k = 1;; ++k) {
+        Series series{k, forever};
+        const Held before = held;
+        int code = -1;
+        try {
+            code = attempt(series);
+        } catch (...) {
+            ADD_FAILURE() << "the library throws nothing but its own exceptions";
+        }
+        EXPECT_EQ(held, before) << name << ": what was held is released, k = " << k;
+        if (!series.Reached()) {
+            EXPECT_EQ(code, expected) << name;
+            return k - 1;
+        }
+        // An allocation that an error's place or the exception itself is made of may fail without being missed.
+        const bool mayBeUsual = expected != 0 || !forever;
+        EXPECT_TRUE(code == 102 || (mayBeUsual && code == expected)) << name << ": " << code << ", k = " << k;
+    }
+}
+
+TEST(FailingMemory, EndsInOutOfMemoryAndLosesNothing) {
+    const std::string longName(200, 'n');
+    support::WriteFile("inc", includedPart);
+    const std::string model = support::WriteFile("a-name-that-is-long.model", smallModel);
+    const std::string wrongRow =
+        support::WriteFile(longName, support::Replaced(std::string(smallModel), "2 1 1 2 -3", "2 1 1 9 -3"));
+    const std::string noInclude = support::WriteFile("b", "include \"" + longName + ".nowhere\"");
+    const TemporaryFile text(SmallText(600));
+    const TemporaryFile mat(SmallMat(600));
+    const TemporaryFile wrongText(SmallText(3) + "1\n");
+    const TemporaryFile wrongMat(SmallMat(3) + SmallMat(3).substr(128));
+
+    const struct {
+        const char* name;
+        int expected;
+        Attempt attempt;
+    } cases[] = {
+        {"whole model", 0, ReadsModel(model, false, true)},
+        {"whole model, floats", 0, ReadsModel(model, false, false)},
+        {"cubes only", 0, ReadsModel(model, true, true)},
+        {"undefined material", 151, ReadsModel(wrongRow, false, true)},
+        {"missing include", 103, ReadsModel(noInclude, false, true)},
+        {"missing model", 103, ReadsModel(model + longName, true, true)},
+        {"text results", 0, ReadsResults(text.Path())},
+        {"MAT results", 0, ReadsResults(mat.Path())},
+        {"short row", 308, ReadsResults(wrongText.Path())},
+        {"second values", 210, ReadsResults(wrongMat.Path())},
+        {"missing results", 200, ReadsResults(model + longName)},
+    };
+    long points = 0;
+    for (const auto& c : cases) {
+        for (const bool forever : {false, true}) {
+            const long found = FailEach(c.name, c.expected, c.attempt, forever);
+            EXPECT_GT(found, 0) << c.name;
+            points += found;
+        }
+    }
+    std::cout << "allocations that failed: " << points << '\n';
+}
+
+}  // namespace
+}  // namespace orvalo::faults

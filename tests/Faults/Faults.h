@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cerrno>
+#include <climits>
+#include <cstddef>
+
+/// Faults that the operating system may show, put in on purpose: every call of the process to the functions named here
+/// passes through this executable's own versions of them.
+namespace orvalo::faults {
+
+/// Calls counted from 1, of which the one at `at`, or with `forever` every one from there on, fails.
+struct Series {
+    long at = LONG_MAX;
+    bool forever = false;
+    long calls = 0;
+
+    bool Fails() {
+        ++calls;
+        return forever ? calls >= at : calls == at;
+    }
+    bool Reached() const { return calls >= at; }
+};
+
+/// malloc, calloc, realloc, aligned_alloc and mmap, and through them operator new. Null for none.
+inline Series* memory = nullptr;
+/// open, read, and fstat or stat.
+inline Series* opening = nullptr;
+inline Series* reading = nullptr;
+inline Series* asking = nullptr;
+
+/// How reads are transferred.
+struct Transfer {
+    /// The most that one call gives: from 1 to `most`, varied by `seed` where that is not 0.
+    std::size_t most = static_cast<std::size_t>(-1);
+    unsigned int seed = 0;
+    /// Every second call is interrupted by a signal.
+    bool interrupted = false;
+    /// Where every file ends, as if it had been cut after it was opened.
+    std::size_t end = static_cast<std::size_t>(-1);
+};
+inline Transfer transfer;
+
+/// What is held now: allocations and mappings (counted where FailingMemory.cpp is linked), and files that are open.
+struct Held {
+    long allocations = 0;
+    long mappings = 0;
+    long files = 0;
+    bool operator==(const Held&) const = default;
+};
+inline Held held;
+
+/// Whether this call of the series, if there is one, fails; then `errno` is set to `error`.
+inline bool Fails(Series* series, int error) {
+    if (series == nullptr || !series->Fails()) return false;
+    errno = error;
+    return true;
+}
+
+}  // namespace orvalo::faults

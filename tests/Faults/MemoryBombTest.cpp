@@ -1,0 +1,182 @@
+#include <functional>
+#include <iostream>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "Faults/Subjects.h"
+
+namespace orvalo::faults {
+namespace {
+
+/// A figure of this process's memory in KiB.
+long StatusKiB(const std::string& name) {
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;) {
+        long value = 0;
+        if (word == name + ':' && status >> value) return value;
+    }
+    return -1;
+}
+
+struct Cost {
+    /// By how much the read raised the most that its process has committed.
+    long committedKiB = -1;
+    int code = -1;
+};
+
+/// What `read`, which returns 0 or the code of an error, costs a process of its own.
+Cost Measure(const std::function<int()>& read) {
+    int ends[2];
+    EXPECT_EQ(::pipe(ends), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        std::ofstream("/proc/self/clear_refs") << '5';  // Sets the peak back to what is committed now.
+        const long before = StatusKiB("VmRSS");
+        const int code = read();
+        const Cost cost{StatusKiB("VmHWM") - before, code};
+        ::_exit(::write(ends[1], &cost, sizeof cost) == sizeof cost ? 0 : 1);
+    }
+    Cost cost;
+    ::close(ends[1]);
+    EXPECT_EQ(::read(ends[0], &cost, sizeof cost), static_cast<ssize_t>(sizeof cost));
+    ::close(ends[0]);
+    ::waitpid(child, nullptr, 0);
+    return cost;
+}
+
+int ReadResults(const std::string& path) {
+    try {
+        Load(path);
+        return 0;
+    } catch (const Exception& error) {
+        return error.code();
+    }
+}
+
+constexpr const char* head =
+    "ANALYSIS cellsize 1 timestep 1 END MATERIALS 1 0 \"s\" 1 1 1 END CUBES count 1 format 0 data 1 1 1 1 END END\n";
+
+std::string Repeated(std::size_t size, const std::function<std::string(std::size_t)>& part) {
+    std::string text;
+    for (std::size_t i = 1; text.size() < size; ++i) text += part(i);
+    return text;
+}
+
+/// Rows that each lie in a part of a wide box of their own: `digits` of a row's number are its y, the rest its z.
+std::string SparseText(std::size_t size) {
+    return "x\ty\tz\tf\tu\n32767\t\t.5\n" + Repeated(size, [](std::size_t i) {
+               return '\t' + std::to_string(i % 100) + '\t' + std::to_string(i / 100 % 1000) + ".5\n";
+           });
+}
+
+std::string SparseMat(unsigned int rows) {
+    std::vector<short> indices;
+    for (const unsigned int column : {0U, 1U, 2U}) {
+        for (unsigned int i = 0; i < rows; ++i) {
+            const unsigned int coordinate = column == 0 ? (i == 0 ? 32767 : 0) : column == 1 ? i % 100 : i / 100;
+            indices.push_back(static_cast<short>(coordinate));
+        }
+    }
+    return MatHeader() + Values(1, std::vector<double>(rows)).Bytes() + Indices(3, indices).Bytes();
+}
+
+std::string ClaimingMat() {
+    const MatMatrix values = Values(1, {0.5});
+    constexpr std::uint32_t rows = 0x1FFFFFF0;
+    return MatHeader() + values.Bytes({{1, 48 + 8 * rows}, {8, rows}, {11, 8 * rows}});
+}
+
+constexpr std::size_t small = 980;
+constexpr std::size_t large = std::size_t{1} << 20U;
+
+struct Bomb {
+    const char* name;
+    std::string content;
+    /// 'm' a whole model, 'c' its cubes, 'r' results.
+    char kind;
+    /// How reading ends: 0 or the code of an error, which comes only once the file has had its effect.
+    int code;
+};
+
+std::vector<Bomb> Bombs() {
+    const auto set = [](std::size_t i) { return "id " + std::to_string(i) + " data 1 1 1end\n"; };
+    const auto emptySet = [](std::size_t i) { return "id " + std::to_string(i) + " data end\n"; };
+    const std::string start = head;
+    return {
+        {"count of cubes", "CUBES count 5e8 format 1 data 1 1 1 1 1 END END", 'c', 0},
+        {"repeated cubes",
+         Repeated(small, [](std::size_t) { return "CUBES count 5e8 format 1 data 1 1 1 1 1 END END\n"; }), 'c', 0},
+        {"repeated damping",
+         start + Repeated(large, [](std::size_t) { return "DAMPING count 5e8 data 1 1 1 1 1 END END\n"; }), 'm', 143},
+        {"count of a table", start + "TABLE id 1 count 2147483647 data 1 2 3", 'm', 118},
+        {"counts of sets", start + "SET count 1e8 " + Repeated(small - start.size(), set), 'm', 178},
+        {"many large sets", start + "SET count 1e6 " + Repeated(large, set), 'm', 178},
+        {"many small sets", start + "SET count 340 " + Repeated(large, emptySet), 'm', 178},
+        {"many sets of a page", start + "SET count 342 " + Repeated(large, set), 'm', 178},
+        {"many tables",
+         start + Repeated(large,
+                          [](std::size_t i) { return "TABLE id " + std::to_string(i) + " count 1 data 1 END END\n"; }),
+         'm', 143},
+        {"points of a patch",
+         start + "PIEZO count 9e18 data " +
+             Repeated(large,
+                      [](std::size_t i) {
+                          const std::string x = std::to_string(i % 9999);
+                          return x + ' ' + std::to_string(i / 9999) + " t " + std::to_string(3 * i) + ' ' +
+                                 std::to_string(3 * i + 1) + ' ' + std::to_string(3 * i + 2) + '\n';
+                      }),
+         'm', 120},
+        {"long keyword", std::string(large, 'a'), 'm', 132},
+        {"long file name", "include \"" + std::string(large, 'a') + '"', 'm', 103},
+        {"long number", start + "SET id " + std::string(large, '1') + " END", 'm', 113},
+        {"sparse text", SparseText(small), 'r', 0},
+        {"large sparse text", SparseText(large), 'r', 0},
+        {"many columns", Repeated(65000, [](std::size_t) { return "u\t"; }) + "u\n1\n", 'r', 308},
+        {"sparse MAT-file", SparseMat(30), 'r', 0},
+        {"large sparse MAT-file", SparseMat(100000), 'r', 0},
+        {"claimed size", ClaimingMat(), 'r', 201},
+    };
+}
+
+/// What a file may make a process commit.
+long AllowedKiB(std::size_t size) {
+    constexpr long fixedKiB = 64L << 10U;
+    return size <= 1024 ? fixedKiB : fixedKiB + static_cast<long>(size / 4);
+}
+
+void ExpectCost(const std::string& name, const Cost& cost, int code, std::size_t size) {
+    std::cout << name << ": " << size << " bytes commit " << cost.committedKiB << " KiB\n";
+    EXPECT_EQ(cost.code, code) << name;
+    EXPECT_GE(cost.committedKiB, 0) << name;
+    EXPECT_LE(cost.committedKiB, AllowedKiB(size)) << name;
+}
+
+TEST(MemoryBombs, CommitNoMoreThanPromised) {
+    for (const Bomb& bomb : Bombs()) {
+        const std::string path = support::WriteFile("bomb", bomb.content);
+        const Cost cost = Measure([&] {
+            if (bomb.kind == 'r') return ReadResults(path);
+            return support::ReadPath(path, {bomb.kind == 'c', true, Lexer::defaultBufferSize}).code;
+        });
+        ExpectCost(bomb.name, cost, bomb.code, bomb.content.size());
+    }
+}
+
+TEST(MemoryBombs, AThousandNestedIncludes) {
+    const auto name = [](int i) { return "nested" + std::to_string(i); };
+    std::size_t size = 0;
+    for (int i = 0; i < 1000; ++i) {
+        const std::string content = "include \"" + name(i + 1) + "\"\n";
+        support::WriteFile(name(i), content);
+        size += content.size();
+    }
+    support::WriteFile(name(1000), "");
+    const std::string path = support::ScratchDirectory() + '/' + name(0);
+    // Each is opened, and nothing defined.
+    ExpectCost("nested includes", Measure([&] { return support::ReadPath(path).code; }), 136, size);
+}
+
+}  // namespace
+}  // namespace orvalo::faults
