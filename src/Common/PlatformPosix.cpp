@@ -69,8 +69,9 @@ std::shared_ptr<unsigned char[]> AllocateToFill(std::size_t count, std::size_t e
 #if defined(MADV_HUGEPAGE)
     // Below this the pages at either end, which the system keeps small, would be most of the buffer.
     constexpr std::size_t hugeFrom = std::size_t{4} << 20U;
-    const std::size_t size = count * elementSize;
-    if (buffer && !heapOnly && size >= hugeFrom) ::madvise(buffer.get(), size, MADV_HUGEPAGE);
+    if (!heapOnly && buffer && count * elementSize >= hugeFrom) {
+        ::madvise(buffer.get(), count * elementSize, MADV_HUGEPAGE);
+    }
 #endif
     return buffer;
 }
