@@ -1,11 +1,3 @@
-#include <benchmark/benchmark.h>
-#include <fcntl.h>
-#include <fmt/format.h>
-#include <fmt/os.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <charconv>
 #include <cstdint>
 #include <cstdlib>
@@ -15,6 +7,14 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <fmt/os.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <Orvalo3DReader/Orvalo3DReader.h>
 
@@ -115,7 +115,9 @@ struct FreeBuffer {
 
 using Buffer = std::unique_ptr<unsigned char, FreeBuffer>;
 
-Buffer Allocate(std::size_t size) { return Buffer(static_cast<unsigned char*>(std::malloc(size))); }
+Buffer Allocate(std::size_t size) {
+    return Buffer(static_cast<unsigned char*>(std::malloc(size)));
+}
 
 void LoopCubes(const Input& input, bool withTemperatures) {
     const MappedRows rows(input);
@@ -194,12 +196,11 @@ int main(int argc, char** argv) {
                                                const double t = 20.0 + static_cast<double>(i % 9973) / 97.0;
                                                fmt::format_to(std::back_inserter(text), " {:.3f}\n", t);
                                            });
-    const Input table = files.Write("table.model", "TABLE id 1 count 2000000 data\n", 2'000'000,
-                                    [](std::string& text, std::size_t i) {
-                                        const double t = static_cast<double>(i) * 1e-3;
-                                        fmt::format_to(std::back_inserter(text), "{:.9e}{}", 1e-3 * (t - 900.5) / (t + 1),
-                                                       i % 8 == 7 ? '\n' : ' ');
-                                    });
+    const Input table =
+        files.Write("table.model", "TABLE id 1 count 2000000 data\n", 2'000'000, [](std::string& text, std::size_t i) {
+            const double t = static_cast<double>(i) * 1e-3;
+            fmt::format_to(std::back_inserter(text), "{:.9e}{}", 1e-3 * (t - 900.5) / (t + 1), i % 8 == 7 ? '\n' : ' ');
+        });
 
     Register("cubes/reader", cubes, Read);
     Register("cubes/from_chars", cubes, [](const Input& input) { LoopCubes(input, false); });

@@ -1,7 +1,7 @@
-#include <Orvalo3DReader/Orvalo3DReader.h>
-
 #include <cstdio>
 #include <memory>
+
+#include <Orvalo3DReader/Orvalo3DReader.h>
 
 // Reads the model and the results that it is given and prints a fact of each.
 int main(int argc, char** argv) {
