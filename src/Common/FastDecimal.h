@@ -72,6 +72,7 @@ inline const char* AppendDigits(const char* p, std::uint64_t& mantissa) {
 /// Exactness (Clinger 1990): an integer of at most 2^53 and a power of ten of at most 10^22 are both doubles, so
 /// that their one product or quotient is correctly rounded.
 inline const char* FastDecimal(const char* p, double& value) {
+    constexpr std::ptrdiff_t surelyExact = 15;
     constexpr std::ptrdiff_t mostDigits = 19;  // What 64 bits hold for sure.
     constexpr std::uint64_t largestExact = std::uint64_t{1} << 53U;
 
@@ -83,29 +84,28 @@ inline const char* FastDecimal(const char* p, double& value) {
         p = detail::AppendDigits(p, mantissa);
     }
     std::ptrdiff_t digits = p - integer;
-    int exponent = 0;
+    std::ptrdiff_t places = 0;
     if (*p == '.') {
         const char* const fraction = p + 1;
         p = detail::AppendDigits(fraction, mantissa);
-        if (p - fraction > mostDigits) return nullptr;
-        exponent = static_cast<int>(fraction - p);
-        digits += p - fraction;
+        places = p - fraction;
+        digits += places;
     }
-    if (digits == 0 || digits > mostDigits || mantissa > largestExact) return nullptr;
+    if (digits == 0) return nullptr;
+    if (digits > surelyExact && (digits > mostDigits || mantissa > largestExact)) return nullptr;
+    std::ptrdiff_t exponent = -places;
     if ((*p | 0x20) == 'e') {
         const char* q = p + 1;
         const bool negative = *q == '-';
         q += negative || *q == '+' ? 1 : 0;
         if (!detail::IsDigit(*q)) return nullptr;
-        int written = *q++ - '0';
-        for (const char* const most = q + 3; detail::IsDigit(*q); ++q) {
-            if (q == most) return nullptr;
-            written = written * 10 + (*q - '0');
-        }
+        std::ptrdiff_t written = *q++ - '0';
+        if (detail::IsDigit(*q)) written = written * 10 + (*q++ - '0');
+        if (detail::IsDigit(*q)) return nullptr;
         exponent += negative ? -written : written;
         p = q;
     }
-    const auto significand = static_cast<double>(mantissa);
+    const auto significand = static_cast<double>(static_cast<std::int64_t>(mantissa));
     if (exponent < -22 || exponent > 22) return nullptr;
     value = exponent < 0 ? significand / detail::exactPower[static_cast<std::size_t>(-exponent)]
                          : significand * detail::exactPower[static_cast<std::size_t>(exponent)];

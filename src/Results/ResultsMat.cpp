@@ -36,9 +36,11 @@ void ResultsMat::DefineValues(unsigned int columns, unsigned int rows) {
     storage_->rowCount = rows;
 }
 
+// Small pages: large ones would fill faster where memory is at hand, but may cost several times as much where a virtual
+// machine has yet to be given it.
 double* ResultsMat::AllocateValues(unsigned int column) {
     auto& buffer = storage_->valueBuffers[column];
-    buffer = platform::AllocateToFill(storage_->rowCount, sizeof(double));
+    buffer = platform::AllocateZeroed(storage_->rowCount, sizeof(double));
     if (!buffer) ORVALO_RAISE(ResultsMat, ReaderMessages::OutOfMemory);
     return storage_->values[column] = reinterpret_cast<double*>(buffer.get());
 }
@@ -46,7 +48,7 @@ double* ResultsMat::AllocateValues(unsigned int column) {
 short* ResultsMat::AllocateIndices(unsigned int columns, unsigned int rows) {
     storage_->indexColumns = columns;
     storage_->indexRows = rows;
-    storage_->indexBuffer = platform::AllocateToFill(std::size_t{columns} * rows, sizeof(short));
+    storage_->indexBuffer = platform::AllocateZeroed(std::size_t{columns} * rows, sizeof(short));
     if (!storage_->indexBuffer) ORVALO_RAISE(ResultsMat, ReaderMessages::OutOfMemory);
     return storage_->indices = reinterpret_cast<short*>(storage_->indexBuffer.get());
 }
