@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
 
 #include "Common/FastDecimal.h"
@@ -26,12 +27,14 @@ inline bool CountByte(unsigned char previous, std::uint64_t& line, std::uint64_t
 /// Converts the number at `p` if it is one of the common kind: no blank behind the sign, ended before `end` by a blank,
 /// a comment or a line end, and convertible at once. Returns where it ends, or null.
 inline const char* ScanPlainNumber(const char* p, const char* end, double& value) {
-    const bool negative = *p == '-';
-    const char* const stop = FastDecimal(p + (negative || *p == '+' ? 1 : 0), value);
+    // Signs come in no order that could be predicted, so they are taken without a branch.
+    const auto negative = static_cast<std::uint64_t>(*p == '-');
+    double magnitude = 0.0;
+    const char* const stop = FastDecimal(p + (negative | static_cast<std::uint64_t>(*p == '+')), magnitude);
     if (stop == nullptr || stop >= end) return nullptr;
     const lexer::Class terminator = lexer::classOf[static_cast<unsigned char>(*stop)];
     if (terminator < lexer::Blank || terminator > lexer::LineEnd) return nullptr;
-    if (negative) value = -value;
+    value = std::bit_cast<double>(std::bit_cast<std::uint64_t>(magnitude) ^ negative << 63U);
     return stop;
 }
 
