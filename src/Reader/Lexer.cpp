@@ -26,6 +26,11 @@ std::string Folded(std::string path) {
     return path;
 }
 
+bool MayBeginNumber(char byte) {
+    const lexer::Class byteClass = classOf[static_cast<unsigned char>(byte)];
+    return byteClass >= lexer::Digit && byteClass <= lexer::Sign;
+}
+
 /// How many bytes from `p` on neither end a comment nor move the reported position.
 std::size_t CommentRun(const char* p) {
     constexpr std::uint64_t ones = 0x0101010101010101U;
@@ -135,7 +140,7 @@ void Lexer::ReadRawToken(Token& token) {
         scan.Count();
         if (state == Start) {
             Mark(file, 0);
-            if (ReadPlainNumber(file, token)) return;
+            if (MayBeginNumber(*file.cursor) && ReadPlainNumber(file, token)) return;
         }
         const unsigned char byte = scan.Read();
         const Class byteClass = classOf[byte];

@@ -11,9 +11,9 @@
 namespace orvalo {
 
 /// Reads bulk rows of the common kind, as programs write them: `numbers` (3 or 4) natural numbers of one to four
-/// digits, one blank between them, the same throughout, on a line of their own. Whatever is not surely such a row, all
-/// of it in the buffer, is left for Lexer::ReadNatural, which reads every row and alone raises errors: between them the
-/// two count alike.
+/// digits, one blank between them, the same throughout, on a line of their own. Rows with other blanks, line ends or
+/// leading zeros are taken too, byte by byte. Whatever is not surely a row within its limits, all of it in the buffer,
+/// is left for Lexer::ReadNatural, which reads every row and alone raises errors: between them the two count alike.
 ///
 /// A window of 64 bytes is classified at once, and the rows in it are taken from the bits, so that one row need not
 /// wait for the length of the row before it. In a grid most rows have the shape of the row before them, which takes one
@@ -27,10 +27,14 @@ public:
 
     /// Whether the next row is a plain one; `row` is then what it holds.
     bool Look() {
+        if (looseRows_ > 0) {
+            --looseRows_;
+            return LookLoosely();
+        }
         if (Passed() + shape_.length >= windowSize) Slide();
         if (!HasShape()) {
             while (!FindShape()) {
-                if (!outOfWindow_ || cursor_.at == window_) return false;
+                if (!outOfWindow_ || cursor_.at == window_) return BeginLoosely();
                 Slide();
             }
         }
@@ -40,6 +44,12 @@ public:
 
     /// Passes over the row that was looked at.
     void Accept() {
+        if (shape_.length == 0) {
+            cursor_.at = loose_.at;
+            cursor_.line = loose_.line;
+            cursor_.column = loose_.column;
+            return;
+        }
         // As ReadNatural counts: a blank and a first digit for each number, nothing for the digits after it.
         constexpr unsigned int counted = 2 * numbers - 1;
         if (shape_.gap != 0) {
@@ -148,6 +158,43 @@ private:
         return true;
     }
 
+    /// As Look, for a row of any layout; there is no shape then.
+    bool LookLoosely() {
+        constexpr unsigned int largest = 32767;
+        const char* p = cursor_.at;
+        std::uint64_t line = cursor_.line;
+        std::uint64_t column = cursor_.column;
+        row = 0;
+        for (unsigned int i = 0; i < numbers; ++i) {
+            for (;; ++p) {
+                ++column;
+                if (*p == '\n') {
+                    ++line;
+                    column = 0;
+                } else if (*p != '\r' && lexer::classOf[static_cast<unsigned char>(*p)] != lexer::Blank) {
+                    break;
+                }
+            }
+            if (!detail::IsDigit(*p)) return false;
+            unsigned int value = 0;
+            for (; detail::IsDigit(*p) && value <= largest; ++p) {
+                value = value * 10 + static_cast<unsigned int>(*p - '0');
+            }
+            if (value > largest || p >= cursor_.end) return false;
+            row |= std::uint64_t{value} << (16 * i);
+        }
+        loose_ = {p, line, column};
+        return true;
+    }
+
+    /// Looks for a row of any layout where no shape was found, and has the next ones looked at so too.
+    bool BeginLoosely() {
+        constexpr unsigned int rows = 16;
+        const bool found = LookLoosely();
+        looseRows_ = found ? rows : 0;
+        return found;
+    }
+
     /// The four bytes up to the end of a number; before a short one there is always a byte more in the buffer's slack.
     std::uint32_t Digits(unsigned int index) const {
         std::uint32_t word;
@@ -186,6 +233,13 @@ private:
     std::uint64_t irregular_ = 0;
     bool outOfWindow_ = false;
     Shape shape_;
+    // Behind the row that was looked at without a shape, and how many more are to be.
+    struct {
+        const char* at;
+        std::uint64_t line;
+        std::uint64_t column;
+    } loose_{};
+    unsigned int looseRows_ = 0;
 };
 
 }  // namespace orvalo
