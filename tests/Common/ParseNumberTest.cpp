@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <bit>
 #include <chrono>
 #include <cmath>
@@ -6,9 +5,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <random>
+#include <regex>
+#include <sstream>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -17,25 +17,28 @@
 namespace orvalo {
 namespace {
 
-// The process is in the "C" locale, so strtod is what both functions must equal, in every bit and in the place.
-
+/// The process is in the "C" locale, so strtod is what the functions must equal, in every bit and in the place.
 testing::AssertionResult LikeStrtod(const std::string& text) {
     char* expectedEnd = nullptr;
     const double expected = std::strtod(text.c_str(), &expectedEnd);
+    const auto extent = expectedEnd - text.c_str();
     const std::string padded = text + std::string(16, '\0');
     double value = -1;
-    const char* const end = ParseNumber(padded.data(), padded.data() + text.size(), value);
-    if (end - padded.data() == expectedEnd - text.c_str() &&
-        std::bit_cast<std::uint64_t>(value) == std::bit_cast<std::uint64_t>(expected)) {
-        return testing::AssertionSuccess();
+    bool same = ParseNumber(padded.data(), padded.data() + text.size(), value) - padded.data() == extent;
+    same = same && std::bit_cast<std::uint64_t>(value) == std::bit_cast<std::uint64_t>(expected);
+    if (same && extent != 0 && text.find_first_not_of("0123456789.eE+-") == std::string::npos) {
+        value = DecimalValue(text.substr(0, static_cast<std::size_t>(extent)));
+        same = std::bit_cast<std::uint64_t>(value) == std::bit_cast<std::uint64_t>(expected);
     }
-    return testing::AssertionFailure() << '"' << text << "\": " << value << " and " << end - padded.data()
-                                       << " characters, not " << expected << " and " << expectedEnd - text.c_str();
+    if (same) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << '"' << text << "\": " << value << " is not " << expected << " or not of "
+                                       << extent << " characters";
 }
 
-// Between bars. Extents first; then both sides of the fast path (19 and 20 digits, 2^53, powers of ten beyond 22), both
-// ends of the range, halves between two doubles; then hexadecimal numbers, infinities and payloads in the same way.
-constexpr std::string_view numbers =
+// Between bars, # for 400 zeros and @ for 800 nines. Extents first; then both sides of the fast path (19 and 20 digits,
+// 2^53, powers of ten beyond 22), both ends of the range, halves between two doubles; then hexadecimal numbers,
+// infinities and payloads in the same way.
+const std::string numbers =
     "|-|+|.|e5|-.e1|1|007|1.|.5|1..5|1.5.5|1,5|--1|+-1|- 1|1e|1e+|1e-|1e5|1E+5|1e-5|1e5.5|1ee5|1e 5|1d5|1_0|-0|"
     "-0e5|1f|1234567890123456789|12345678901234567890|0.1234567890123456789|0.12345678901234567890|"
     "9007199254740992|9007199254740993|9007199254740993e1|1e22|1e23|1e-22|1e-23|123456789e0022|1e00022|"
@@ -50,87 +53,53 @@ constexpr std::string_view numbers =
     "0x1p99999999999999999999|0x1p-99999999999999999999|00x1|0x-1|0x1.8.8|inf|INF|Infinity|infinit|infinityx|in|"
     "i|infx|nan|NaN|na|nanx|nan(|nan()|nan(1)|nan(1.2)|nan(0x1F)|nan(0x)|nan(017)|nan(08)|nan(abc)|nan(a_1)|"
     "nan(12345678901234567890)|nan(99999999999999999999)|nan(2251799813685247)|nan(2251799813685248)|"
-    "nan(4503599627370495)|nan(-1)|nan( 1)|nan(1|nan(0X7fffffffffffffff)|nan (1)|nan(0)";
+    "nan(4503599627370495)|nan(-1)|nan( 1)|nan(1|nan(0X7fffffffffffffff)|nan (1)|nan(0)|"
+    "1#e-400|0.#1e401|#1.#|@e-1000|0.@|9007199254740993.#|9007199254740993.#1|0.#1e99999999999999999999|"
+    "1#e-99999999999999999999";
 
 TEST(ParseNumber, TakesTheLongestPrefixThatStrtodTakes) {
-    const std::string zeros(400, '0');
-    const std::string nines(800, '9');
-    std::vector<std::string> all{"1" + zeros,
-                                 "0." + zeros + "1",
-                                 zeros + "1." + zeros,
-                                 "1" + zeros + "e-400",
-                                 "0." + zeros + "1e401",
-                                 nines,
-                                 nines + "e-1000",
-                                 "0." + nines,
-                                 "0." + zeros + "1e99999999999999999999",
-                                 "1" + zeros + "e-99999999999999999999",
-                                 "9007199254740993." + zeros,
-                                 "9007199254740993." + zeros + "1"};
-    for (std::size_t start = 0; start <= numbers.size();) {
-        const std::size_t bar = std::min(numbers.find('|', start), numbers.size());
-        all.emplace_back(numbers.substr(start, bar - start));
-        start = bar + 1;
-    }
-    for (const std::string& number : all) {
+    std::istringstream stream(numbers);
+    for (std::string number; std::getline(stream, number, '|');) {
+        number = std::regex_replace(number, std::regex("#"), std::string(400, '0'));
+        number = std::regex_replace(number, std::regex("@"), std::string(800, '9'));
         for (const char* const before : {"", "-", "+", " \t\n\v\f\r", " -"}) {
             for (const char* const behind : {"", "\t1", "\n", "e", "x"})
                 EXPECT_TRUE(LikeStrtod(before + number + behind));
         }
     }
-    EXPECT_TRUE(
-        LikeStrtod("\x85"
-                   "1"));
-    EXPECT_TRUE(LikeStrtod("1\xC2\xA0"));
+    EXPECT_TRUE(LikeStrtod("\x85 1"));
 }
 
 TEST(ParseNumber, EqualsStrtodOnWhateverIsWritten) {
     std::mt19937_64 random(20240817);
-    std::vector<char> text(2000);
-    const auto print = [&](const char* format, auto... values) {
-        const int size = std::snprintf(text.data(), text.size(), format, values...);
-        return std::string(text.data(), static_cast<std::size_t>(size));
-    };
+    char text[2000];
     constexpr std::string_view alphabet = "0123456789012345....eE+-xXpPaAfFinNtyINFTY() \t\r\n";
     for (int i = 0; i < 100000; ++i) {
         const std::uint64_t bits = random();
+        const int digits = i % 100 == 0 ? 800 : static_cast<int>(bits % 20);
         const auto any = std::bit_cast<double>(bits);
         const double usual =
             std::ldexp(static_cast<double>(static_cast<std::int64_t>(bits)), -70 + static_cast<int>(bits % 20));
-        ASSERT_TRUE(LikeStrtod(print("%.*e", static_cast<int>(bits % 20), usual)));
-        ASSERT_TRUE(LikeStrtod(print("%.*f", static_cast<int>(bits % 20), usual)));
-        ASSERT_TRUE(LikeStrtod(print("%.*e", static_cast<int>(bits % 20), any)));
-        ASSERT_TRUE(LikeStrtod(print("%.*a", static_cast<int>(bits % 20), any)));
-        ASSERT_TRUE(LikeStrtod(print("%.*e", i % 100 == 0 ? 800 : 16, any)));
+        for (const char* format : {"%.*e", "%.*f", "%.*a"}) {
+            for (const double number : {usual, any}) {
+                std::snprintf(text, sizeof text, format, digits, number);
+                ASSERT_TRUE(LikeStrtod(text));
+            }
+        }
         std::string noise;
         for (std::uint64_t length = random() % 24; length > 0; --length) noise += alphabet[random() % alphabet.size()];
-        ASSERT_TRUE(LikeStrtod(noise));
-        ASSERT_TRUE(LikeStrtod("0x" + noise));
-        ASSERT_TRUE(LikeStrtod("nan(" + noise + ")"));
-    }
-}
-
-TEST(DecimalValue, EqualsStrtod) {
-    for (const char* const text :
-         {"0", "-0", "+1", "1.5", "-2.5e-3", "1.", ".5", "1e400", "-1e400", "1e-400", "-1e-400", "4e-324",
-          "123456789012345678901234567890123456789012345678901234567890", "9007199254740993",
-          "0000000000000000000000000000000000000000000000000000000000001e2", "1e23"}) {
-        EXPECT_EQ(std::bit_cast<std::uint64_t>(DecimalValue(text)),
-                  std::bit_cast<std::uint64_t>(std::strtod(text, nullptr)))
-            << text;
+        for (const std::string& noisy : {noise, "0x" + noise, "nan(" + noise + ")"}) ASSERT_TRUE(LikeStrtod(noisy));
     }
 }
 
 TEST(ParseNumber, TakesLinearTimeForManyDigits) {
-    for (const char* const digit : {"0", "9"}) {
+    for (const char digit : {'0', '9'}) {
         for (const char* const start : {"", "0.", "0x", "1e", "-1."}) {
-            std::string text(start);
-            for (int i = 0; i < 2'000'000; ++i) text += *digit;
-            const auto size = text.size();
-            text.append(16, '\0');
+            const std::string text = start + std::string(2'000'000, digit);
+            const std::string padded = text + std::string(16, '\0');
             const auto before = std::chrono::steady_clock::now();
             double value;
-            EXPECT_EQ(ParseNumber(text.data(), text.data() + size, value), text.data() + size);
+            EXPECT_EQ(ParseNumber(padded.data(), padded.data() + text.size(), value), padded.data() + text.size());
             EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(2));
         }
     }

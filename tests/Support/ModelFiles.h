@@ -1,18 +1,18 @@
 #pragma once
 
+#include <charconv>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -147,36 +147,70 @@ struct MarkedText {
     InputPlace reported;
 };
 
-inline std::string LocatedMessage(const std::string& file, std::uint64_t line, std::uint64_t column,
-                                  const std::string& message) {
-    return "Error in file \"" + file + "\", line " + std::to_string(line) + ", column " + std::to_string(column) +
-           ":\n" + message;
+inline std::string LocatedMessage(const std::string& file, const InputPlace& reported, const std::string& message) {
+    return "Error in file \"" + file + "\", line " + std::to_string(reported.line) + ", column " +
+           std::to_string(reported.column) + ":\n" + message;
 }
 
 inline std::string ToText(const InputPlace& place) {
     return std::to_string(place.line) + ':' + std::to_string(place.column) + '/' + std::to_string(place.offset);
 }
 
-/// Every number that the bulk sections put into a model, or all that an error says.
-inline std::string Fingerprint(const Outcome& outcome) {
-    if (outcome.code != 0) {
-        return outcome.what + " at " + ToText(outcome.place) + " of " + outcome.place.path + " row " +
-               std::to_string(outcome.row);
-    }
-    const Model& model = *outcome.model;
-    std::ostringstream text;
-    const auto bytes = [&text](const void* data, std::size_t size) {
-        if (data != nullptr) text.write(static_cast<const char*>(data), static_cast<std::streamsize>(size));
-        text << '|';
+/// A line of a word and of numbers, each in its shortest form that is no other number's.
+template <class... Numbers>
+std::string Line(std::string word, Numbers... numbers) {
+    const auto append = [&word](double number) {
+        char shown[32];
+        word.append(" ").append(shown, std::to_chars(std::begin(shown), std::end(shown), number).ptr);
     };
+    (append(static_cast<double>(numbers)), ...);
+    return word + '\n';
+}
+
+/// Bounds, cubes and damping cubes, a line for each.
+inline std::string ShowGrid(const Model& model) {
     const Bounds& b = model.bounds;
-    for (const int bound : {b.minX, b.maxX, b.minY, b.maxY, b.minZ, b.maxZ}) text << bound << ' ';
-    bytes(model.cubes.CubesPtr(), model.cubes.CubesCount() * 7);
-    bytes(model.cubes.TemperaturesPtr(), model.cubes.CubesCount() * sizeof(double));
-    bytes(model.cubes.DampingCubesPtr(), model.cubes.DampingCubesCount() * 15);
-    for (const auto& [id, set] : model.sets) bytes(set->points, set->count * sizeof(Point));
-    for (const auto& [id, table] : model.tables) bytes(table->data, table->count * table->elementSize);
-    return text.str();
+    std::string text = b.defined ? Line("bounds", b.minX, b.maxX, b.minY, b.maxY, b.minZ, b.maxZ) : "";
+    for (std::size_t i = 0; i < model.cubes.CubesCount(); ++i) {
+        Cube cube;
+        std::memcpy(static_cast<void*>(&cube), model.cubes.CubesPtr() + i * 7, 7);
+        text += Line("cube", cube.x, cube.y, cube.z, cube.material);
+        if (model.cubes.TemperaturesPtr() != nullptr) text += Line("at", model.cubes.GetTemperature(i));
+    }
+    for (std::size_t i = 0; i < model.cubes.DampingCubesCount(); ++i) {
+        DampingCube cube;
+        std::memcpy(static_cast<void*>(&cube), model.cubes.DampingCubesPtr() + i * 15, 7);
+        std::memcpy(&cube.coefficient, model.cubes.DampingCubesPtr() + i * 15 + 7, sizeof cube.coefficient);
+        text += Line("damping", cube.x, cube.y, cube.z, cube.material, cube.coefficient);
+    }
+    return text;
+}
+
+/// Tables, a line for each and for every number in it.
+inline std::string ShowTables(const std::map<int, std::shared_ptr<Table>>& tables) {
+    std::string text;
+    for (const auto& [id, table] : tables) {
+        text += Line("table", id, table->id);
+        for (std::size_t i = 0; i < table->count; ++i) text += Line("", table->Get(i));
+    }
+    return text;
+}
+
+/// What the bulk sections put into a model.
+inline std::string ShowBulk(const Model& model) {
+    std::string text = ShowGrid(model) + ShowTables(model.tables);
+    for (const auto& [id, set] : model.sets) {
+        text += Line("set", id, set->id);
+        for (const Point* p = set->points; p != set->points + set->count; ++p) text += Line("", p->x, p->y, p->z);
+    }
+    return text;
+}
+
+/// The same of a read that succeeded, or all that an error says.
+inline std::string Fingerprint(const Outcome& outcome) {
+    if (outcome.code == 0) return ShowBulk(*outcome.model);
+    return outcome.what + " at " + ToText(outcome.place) + " of " + outcome.place.path + " row " +
+           std::to_string(outcome.row);
 }
 
 }  // namespace orvalo::support
