@@ -28,10 +28,9 @@ Json GridToJson(const orvalo::Model& model, const ModelSummary& summary) {
     Json grid;
     grid["cubes"] = model.cubes.CubesCount();
     if (!summary.cubesOnly) grid["cellSize"] = model.cellSize;
-    const char* names[] = {"x", "y", "z"};
     for (std::size_t i = 0; i < summary.box.size(); ++i) {
         const ModelSummary::Axis& axis = summary.box[i];
-        Json& entry = grid[names[i]];
+        Json& entry = grid[std::string(1, "xyz"[i])];
         entry = {{"min", axis.first}, {"max", axis.last}, {"cubes", axis.cubes}};
         if (!summary.cubesOnly) entry["length"] = axis.cubes * model.cellSize;
     }
