@@ -97,68 +97,6 @@ void CheckOutput(int id, const Output& output) {
     CheckText(output.file.fileName);
 }
 
-void Append(std::string& text, const void* bytes, std::size_t size) {
-    if (bytes != nullptr) text.append(static_cast<const char*>(bytes), size);
-    text += '|';
-}
-
-template <class... Values>
-void AppendValues(std::string& text, const Values&... values) {
-    (Append(text, &values, sizeof values), ...);
-}
-
-/// As many leading elements as are worth comparing.
-std::size_t Some(std::size_t count) {
-    return std::min<std::size_t>(count, 4096);
-}
-
-void AppendTables(std::string& text, const std::map<int, std::shared_ptr<Table>>& tables) {
-    for (const auto& [id, table] : tables) {
-        AppendValues(text, id, table->count, table->elementSize);
-        Append(text, table->data, Some(table->count) * table->elementSize);
-    }
-}
-
-void AppendRequired(std::string& text, const std::map<int, int>& required) {
-    for (const auto& [id, found] : required) AppendValues(text, id, found);
-}
-
-template <class Output>
-void AppendOutputs(std::string& text, const std::map<int, Output>& outputs) {
-    for (const auto& [id, output] : outputs) {
-        AppendValues(text, id, output.shared.position, output.file.writeMode, output.file.notation,
-                     output.file.fileFormat);
-        text += output.output + '|' + output.file.fileName + '|';
-    }
-}
-
-void AppendActuator(std::string& text, const Actuator& a) {
-    const Actuator::Definition& d = a.definition;
-    AppendValues(text, a.shared.position, a.start, a.input, a.method, a.amplitude, a.invert, a.directionU, a.directionV,
-                 a.directionW, a.factorU, a.factorV, a.factorW, a.tableId, d.type, d.waveform, d.envelope, d.frequency,
-                 d.duration, d.phase);
-}
-
-void AppendPiezo(std::string& text, const Piezo& piezo) {
-    AppendValues(text, piezo.shared.id, piezo.shared.position, piezo.direction, piezo.start, piezo.samplesCount,
-                 piezo.amplitude, piezo.method);
-    const std::size_t count = piezo.data.Count();
-    AppendValues(text, count);
-    for (const auto& [key, cell] : piezo.data.Cells()) AppendValues(text, key, *cell);
-    AppendTables(text, piezo.tables);
-    AppendRequired(text, piezo.usedTables);
-}
-
-void AppendMaterials(std::string& text, const MaterialRepository& materials) {
-    for (int i = 0; i < static_cast<int>(materials.Count()); ++i) {
-        const Material& m = materials[i];
-        const int fileIndex = materials.Vec2File(i);
-        text += m.name + '|';
-        AppendValues(text, fileIndex, m.temperatureDependent, m.vp, m.vs, m.density, m.mu, m.lambda,
-                     m.densityCoefficients, m.youngCoefficients, m.poissonCoefficients);
-    }
-}
-
 }  // namespace
 
 void CheckModel(const Model& model, bool cubesOnly, bool doublePrecision) {
@@ -191,31 +129,6 @@ void CheckModel(const Model& model, bool cubesOnly, bool doublePrecision) {
     for (const auto& [id, set] : model.sets) {
         Check(set->id == id && set->count >= 1 && set->points != nullptr, "a set is filed by its ID and not empty");
     }
-}
-
-std::string ToText(const Model& model) {
-    std::string text;
-    const Bounds& b = model.bounds;
-    AppendValues(text, model.cellSize, model.timeStep, model.startTime, model.roomTemperature, b.defined, b.minX,
-                 b.maxX, b.minY, b.maxY, b.minZ, b.maxZ);
-    const std::size_t cubes = model.cubes.CubesCount();
-    const std::size_t dampingCubes = model.cubes.DampingCubesCount();
-    AppendValues(text, cubes, dampingCubes);
-    Append(text, model.cubes.CubesPtr(), Some(cubes) * cubeStride);
-    Append(text, model.cubes.TemperaturesPtr(), Some(cubes) * sizeof(double));
-    Append(text, model.cubes.DampingCubesPtr(), Some(dampingCubes) * dampingCubeStride);
-    AppendMaterials(text, model.materials);
-    for (const Actuator& actuator : model.actuators) AppendActuator(text, actuator);
-    for (const auto& piezo : model.piezos) AppendPiezo(text, *piezo);
-    AppendOutputs(text, model.sensors);
-    AppendOutputs(text, model.dumps);
-    AppendTables(text, model.tables);
-    AppendRequired(text, model.requiredTables);
-    for (const auto& [id, set] : model.sets) {
-        AppendValues(text, id, set->count);
-        Append(text, set->points, Some(set->count) * sizeof(Point));
-    }
-    return text;
 }
 
 }  // namespace orvalo::fuzz

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include <Orvalo3DReader/Model/Model.h>
 
 namespace orvalo::fuzz {
@@ -9,8 +7,5 @@ namespace orvalo::fuzz {
 /// Ends the process unless the model is one that the reader may give: everything that it counts, names or bounds is
 /// there.
 void CheckModel(const Model& model, bool cubesOnly, bool doublePrecision);
-
-/// All that a model holds as text, equal for models that do not differ in a bit.
-std::string ToText(const Model& model);
 
 }  // namespace orvalo::fuzz

@@ -1,11 +1,7 @@
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <string_view>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Model/Model.h>
@@ -14,6 +10,7 @@
 #include "Check.h"
 #include "ModelChecks.h"
 #include "Reader/ModelReader.h"
+#include "Support/ModelFiles.h"
 
 /// Reads models. A byte of value 255, which no model holds outside of comments, ends a file of the input: the first
 /// one is the main file, the next three are what it may include as "inc1", "inc2" and "inc3".
@@ -22,30 +19,21 @@ namespace {
 using namespace orvalo;
 using fuzz::Check;
 
-/// A directory of this process's own for the input's files, in memory where the system has such a place.
+/// The files of an input.
 class Files {
 public:
-    Files() : directory_(std::filesystem::is_directory("/dev/shm") ? "/dev/shm/orvalo-XXXXXX" : "/tmp/orvalo-XXXXXX") {
-        Check(::mkdtemp(directory_.data()) != nullptr, "there is a temporary directory");
-    }
-    Files(const Files&) = delete;
-    Files& operator=(const Files&) = delete;
-    ~Files() {
-        std::error_code ignored;
-        std::filesystem::remove_all(directory_, ignored);
-    }
-
     void Set(std::string_view input) {
         for (std::size_t i = 0; i < std::size(names); ++i) {
             const std::size_t end = i + 1 < std::size(names) ? input.find('\xFF') : std::string_view::npos;
             contents_[i] = input.substr(0, end);
             exists_[i] = i == 0 || input.data() != nullptr;
-            Write(i);
+            support::WriteFile(names[i], contents_[i]);
+            if (!exists_[i]) std::filesystem::remove(Path(i));
             input = end == std::string_view::npos ? std::string_view() : input.substr(end + 1);
         }
     }
 
-    std::string Path(std::size_t i) const { return directory_ + '/' + names[i]; }
+    static std::string Path(std::size_t i) { return support::ScratchDirectory() + '/' + names[i]; }
 
     /// The content of the file of that path or name; null for any other.
     const std::string_view* Find(std::string_view pathOrName) const {
@@ -58,20 +46,6 @@ public:
 private:
     static constexpr const char* names[] = {"main", "inc1", "inc2", "inc3"};
 
-    void Write(std::size_t i) {
-        const std::string path = Path(i);
-        if (!exists_[i]) {
-            ::unlink(path.c_str());
-            return;
-        }
-        const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        const std::string_view bytes = contents_[i];
-        Check(descriptor >= 0 && ::write(descriptor, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()),
-              "a file of the input can be written");
-        ::close(descriptor);
-    }
-
-    std::string directory_;
     std::string_view contents_[std::size(names)];
     bool exists_[std::size(names)] = {};
 };
@@ -133,7 +107,7 @@ std::string Read(const Files& files, bool cubesOnly, bool doublePrecision, std::
     Check(reader.FailureRow() == 0 && reader.FailurePlace().path.empty(), "success has no place");
     Check(cubes <= model.cubes.CubesCount() || cubesOnly, "no more cubes were traced than there are");
     fuzz::CheckModel(model, cubesOnly, doublePrecision);
-    return fuzz::ToText(model);
+    return support::ShowModel(model);
 }
 
 }  // namespace

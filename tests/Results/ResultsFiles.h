@@ -3,18 +3,17 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include <unistd.h>
-
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Reader/ResultsReader.h>
 #include <Orvalo3DReader/Results/ResultsTxt.h>
+
+#include "Support/ModelFiles.h"
 
 namespace orvalo {
 
@@ -23,9 +22,7 @@ class TemporaryFile {
 public:
     explicit TemporaryFile(std::string_view content) {
         static int count = 0;
-        path_ = std::filesystem::temp_directory_path() /
-                ("orvalo-results-" + std::to_string(::getpid()) + "-" + std::to_string(count++));
-        std::ofstream(path_, std::ios::binary) << content;
+        path_ = support::WriteFile("results-" + std::to_string(count++), content);
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <charconv>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -14,13 +11,12 @@
 #include <string>
 #include <string_view>
 
-#include <gtest/gtest.h>
-
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Model/Model.h>
 #include <Orvalo3DReader/Reader/InputPlace.h>
 
 #include "Reader/ModelReader.h"
+#include "Support/ModelText.h"
 
 /// Model files for the tests of the reader, and what became of reading them.
 namespace orvalo::support {
@@ -30,7 +26,7 @@ namespace orvalo::support {
 inline const std::string& ScratchDirectory() {
     struct Directory {
         Directory()
-            : path((std::filesystem::is_directory("/dev/shm") ? "/dev/shm/" : testing::TempDir()) + "orvalo-XXXXXX") {
+            : path(std::filesystem::is_directory("/dev/shm") ? "/dev/shm/orvalo-XXXXXX" : "/tmp/orvalo-XXXXXX") {
             if (::mkdtemp(path.data()) == nullptr) throw std::runtime_error("no temporary directory");
             path = std::filesystem::canonical(path).string();
         }
@@ -156,57 +152,7 @@ inline std::string ToText(const InputPlace& place) {
     return std::to_string(place.line) + ':' + std::to_string(place.column) + '/' + std::to_string(place.offset);
 }
 
-/// A line of a word and of numbers, each in its shortest form that is no other number's.
-template <class... Numbers>
-std::string Line(std::string word, Numbers... numbers) {
-    const auto append = [&word](double number) {
-        char shown[32];
-        word.append(" ").append(shown, std::to_chars(std::begin(shown), std::end(shown), number).ptr);
-    };
-    (append(static_cast<double>(numbers)), ...);
-    return word + '\n';
-}
-
-/// Bounds, cubes and damping cubes, a line for each.
-inline std::string ShowGrid(const Model& model) {
-    const Bounds& b = model.bounds;
-    std::string text = b.defined ? Line("bounds", b.minX, b.maxX, b.minY, b.maxY, b.minZ, b.maxZ) : "";
-    for (std::size_t i = 0; i < model.cubes.CubesCount(); ++i) {
-        Cube cube;
-        std::memcpy(static_cast<void*>(&cube), model.cubes.CubesPtr() + i * 7, 7);
-        text += Line("cube", cube.x, cube.y, cube.z, cube.material);
-        if (model.cubes.TemperaturesPtr() != nullptr) text += Line("at", model.cubes.GetTemperature(i));
-    }
-    for (std::size_t i = 0; i < model.cubes.DampingCubesCount(); ++i) {
-        DampingCube cube;
-        std::memcpy(static_cast<void*>(&cube), model.cubes.DampingCubesPtr() + i * 15, 7);
-        std::memcpy(&cube.coefficient, model.cubes.DampingCubesPtr() + i * 15 + 7, sizeof cube.coefficient);
-        text += Line("damping", cube.x, cube.y, cube.z, cube.material, cube.coefficient);
-    }
-    return text;
-}
-
-/// Tables, a line for each and for every number in it.
-inline std::string ShowTables(const std::map<int, std::shared_ptr<Table>>& tables) {
-    std::string text;
-    for (const auto& [id, table] : tables) {
-        text += Line("table", id, table->id);
-        for (std::size_t i = 0; i < table->count; ++i) text += Line("", table->Get(i));
-    }
-    return text;
-}
-
-/// What the bulk sections put into a model.
-inline std::string ShowBulk(const Model& model) {
-    std::string text = ShowGrid(model) + ShowTables(model.tables);
-    for (const auto& [id, set] : model.sets) {
-        text += Line("set", id, set->id);
-        for (const Point* p = set->points; p != set->points + set->count; ++p) text += Line("", p->x, p->y, p->z);
-    }
-    return text;
-}
-
-/// The same of a read that succeeded, or all that an error says.
+/// All that came of a read: what the bulk sections put into the model, or what the error says.
 inline std::string Fingerprint(const Outcome& outcome) {
     if (outcome.code == 0) return ShowBulk(*outcome.model);
     return outcome.what + " at " + ToText(outcome.place) + " of " + outcome.place.path + " row " +
