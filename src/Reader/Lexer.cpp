@@ -79,12 +79,38 @@ public:
         }
     }
 
-    /// Counts and reads each byte of a comment that has no effect but on the column.
+    /// Counts and reads each byte of a comment up to what may end it.
     void SkipComment() {
-        if (previous_ < positionStays) return;
-        const std::size_t run = std::min(CommentRun(file_.cursor), static_cast<std::size_t>(file_.end - file_.cursor));
-        file_.cursor += run;
-        file_.column += run;
+        for (;;) {
+            if (previous_ >= positionStays) {
+                const std::size_t left = static_cast<std::size_t>(file_.end - file_.cursor);
+                const std::size_t run = std::min(CommentRun(file_.cursor), left);
+                file_.cursor += run;
+                file_.column += run;
+            }
+            const auto byte = static_cast<unsigned char>(*file_.cursor);
+            if (classOf[byte] == lexer::Nul || classOf[byte] == lexer::LineEnd) return;
+            Count();
+            previous_ = byte;
+            ++file_.cursor;
+        }
+    }
+
+    /// Counts and reads the bytes that only lengthen the token.
+    void TakeRun(lexer::State state, std::string& text) {
+        const unsigned int longer = lexer::lengthening[state];
+        if (longer == 0 || previous_ < positionStays) return;
+        const char* const first = file_.cursor;
+        const char* p = first;
+        while ((longer >> classOf[static_cast<unsigned char>(*p)] & 1U) != 0) ++p;
+        if (p == first) return;
+        previous_ = static_cast<unsigned char>(p[-1]);
+        file_.cursor = p;
+        file_.column += static_cast<std::uint64_t>(p - first);
+        const std::size_t kept = text.size();
+        text.append(first, p);
+        std::transform(text.begin() + static_cast<std::ptrdiff_t>(kept), text.end(),
+                       text.begin() + static_cast<std::ptrdiff_t>(kept), ToLower);
     }
 
     /// Counts the byte that is read next.
@@ -137,6 +163,7 @@ void Lexer::ReadRawToken(Token& token) {
     for (;;) {
         if (state == Start) scan.SkipBlanks();
         if (state == InComment) scan.SkipComment();
+        scan.TakeRun(state, token.text);
         scan.Count();
         if (state == Start) {
             Mark(file, 0);

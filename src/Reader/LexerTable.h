@@ -133,4 +133,17 @@ inline constexpr auto transitions = [] {
     // clang-format on
 }();
 
+/// For each state, a bit for every class of bytes that only lengthen the token.
+inline constexpr auto lengthening = [] {
+    std::array<std::uint16_t, states> sets{};
+    for (std::size_t state = 0; state < states; ++state) {
+        for (std::size_t byteClass = 0; byteClass < classes; ++byteClass) {
+            const Action action = transitions[state][byteClass];
+            if (!IsKept(static_cast<Class>(byteClass)) || action.effect != Effect::Go) continue;
+            if (action.argument == state) sets[state] |= static_cast<std::uint16_t>(1U << byteClass);
+        }
+    }
+    return sets;
+}();
+
 }  // namespace orvalo::lexer

@@ -24,16 +24,25 @@ inline bool CountByte(unsigned char previous, std::uint64_t& line, std::uint64_t
     return previous < positionStays;
 }
 
-/// Converts the number at `p` if it is one of the common kind: no blank behind the sign, ended before `end` by a blank,
-/// a comment or a line end, and convertible at once. Returns where it ends, or null.
+/// Whether a number that goes up to `stop` is ended there, before `end`, by a blank, a comment or a line end.
+inline bool EndsPlainNumber(const char* stop, const char* end) {
+    const lexer::Class terminator = lexer::classOf[static_cast<unsigned char>(*stop)];
+    return stop < end && terminator >= lexer::Blank && terminator <= lexer::LineEnd;
+}
+
+/// The number without a sign at `p`, if it is a plain one: see ScanPlainNumber. For those that FastDecimal leaves.
+const char* ScanLongNumber(const char* p, const char* end, double& value);
+
+/// Converts the number at `p` if it is one of the common kind: no blank behind the sign, and all of it before `end`.
+/// Returns where it ends, or null.
 inline const char* ScanPlainNumber(const char* p, const char* end, double& value) {
     // Signs come in no order that could be predicted, so they are taken without a branch.
     const auto negative = static_cast<std::uint64_t>(*p == '-');
+    const char* const digits = p + (negative | static_cast<std::uint64_t>(*p == '+'));
     double magnitude = 0.0;
-    const char* const stop = FastDecimal(p + (negative | static_cast<std::uint64_t>(*p == '+')), magnitude);
-    if (stop == nullptr || stop >= end) return nullptr;
-    const lexer::Class terminator = lexer::classOf[static_cast<unsigned char>(*stop)];
-    if (terminator < lexer::Blank || terminator > lexer::LineEnd) return nullptr;
+    const char* stop = FastDecimal(digits, magnitude);
+    if (stop == nullptr) stop = ScanLongNumber(digits, end, magnitude);
+    if (stop == nullptr || !EndsPlainNumber(stop, end)) return nullptr;
     value = std::bit_cast<double>(std::bit_cast<std::uint64_t>(magnitude) ^ negative << 63U);
     return stop;
 }

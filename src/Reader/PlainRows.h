@@ -11,9 +11,10 @@
 namespace orvalo {
 
 /// Reads bulk rows of the common kind, as programs write them: `numbers` (3 or 4) natural numbers of one to four
-/// digits, one blank between them, the same throughout, on a line of their own. Rows with other blanks, line ends or
-/// leading zeros are taken too, byte by byte. Whatever is not surely a row within its limits, all of it in the buffer,
-/// is left for Lexer::ReadNatural, which reads every row and alone raises errors: between them the two count alike.
+/// digits, one blank between them, the same throughout, and a line end or that blank between rows. Rows with other
+/// blanks or leading zeros are taken too, byte by byte. Whatever is not surely a row within its limits, all of it in
+/// the buffer, is left for Lexer::ReadNatural, which reads every row and alone raises errors: between them the two
+/// count alike.
 ///
 /// A window of 64 bytes is classified at once, and the rows in it are taken from the bits, so that one row need not
 /// wait for the length of the row before it. In a grid most rows have the shape of the row before them, which takes one
@@ -27,38 +28,17 @@ public:
 
     /// Whether the next row is a plain one; `row` is then what it holds.
     bool Look() {
-        if (looseRows_ > 0) {
-            --looseRows_;
-            return LookLoosely();
-        }
         if (Passed() + shape_.length >= windowSize) Slide();
-        if (!HasShape()) {
-            while (!FindShape()) {
-                if (!outOfWindow_ || cursor_.at == window_) return BeginLoosely();
-                Slide();
-            }
-        }
+        if (!HasShape()) return LookAfresh();
         Convert();
         return true;
     }
 
     /// Passes over the row that was looked at.
     void Accept() {
-        if (shape_.length == 0) {
-            cursor_.at = loose_.at;
-            cursor_.line = loose_.line;
-            cursor_.column = loose_.column;
-            return;
-        }
-        // As ReadNatural counts: a blank and a first digit for each number, nothing for the digits after it.
-        constexpr unsigned int counted = 2 * numbers - 1;
-        if (shape_.gap != 0) {
-            ++cursor_.line;
-            cursor_.column = counted;
-        } else {
-            cursor_.column += counted;
-        }
         cursor_.at += shape_.length;
+        cursor_.line += shape_.lines;
+        cursor_.column = (cursor_.column & shape_.columnKept) + shape_.columns;
     }
 
     /// Reads the number behind the row that was accepted last, if it is one of the common kind.
@@ -76,12 +56,20 @@ public:
 private:
     static constexpr std::uint64_t windowSize = 64;
 
-    /// What a row looks like, from the line end before it to the byte behind it.
+    /// What stands before a row: nothing behind a number that took its terminator.
+    enum class Gap : std::uint8_t { None, LineFeed, CarriageReturnLineFeed, Separator };
+
+    /// What a row looks like, from the gap before it to the byte behind it.
     struct Shape {
-        /// Bytes of the row, the line end before it included; 0 for no shape.
-        unsigned int length = 0;
-        /// Bytes of that line end: 0 behind a number that took it, 1, or 2 with a carriage return.
-        unsigned int gap = 0;
+        /// Whether other rows may have it; if not, it only tells how the row is passed: the next four fields.
+        bool regular = false;
+        /// Bytes of the row, the gap before it included.
+        std::uint64_t length = 0;
+        /// What ReadNatural makes of the row: the line feeds in it, and the column that it sets or adds to.
+        std::uint64_t lines = 0;
+        std::uint64_t columnKept = 0;
+        std::uint64_t columns = 0;
+        Gap gap = Gap::None;
         /// Which bytes are no digits, up to the one behind the row.
         std::uint64_t bits = 0;
         /// Where each number ends.
@@ -115,31 +103,34 @@ private:
         return *p == '\t' || *p == ',' ? *p : ' ';
     }
 
-    unsigned int Gap() const {
-        if (*cursor_.at == '\n') return 1;
-        return *cursor_.at == '\r' && cursor_.at[1] == '\n' ? 2 : 0;
+    Gap FindGap() const {
+        if (*cursor_.at == '\n') return Gap::LineFeed;
+        if (*cursor_.at == separator_) return Gap::Separator;
+        return *cursor_.at == '\r' && cursor_.at[1] == '\n' ? Gap::CarriageReturnLineFeed : Gap::None;
     }
+
+    static unsigned int Length(Gap gap) { return gap == Gap::None ? 0 : gap == Gap::CarriageReturnLineFeed ? 2 : 1; }
 
     /// Whether the next row is in the window and has the shape that was found last.
     bool HasShape() const {
         const std::uint64_t passed = Passed();
-        if (shape_.length == 0 || passed >= windowSize || Gap() != shape_.gap) return false;
+        if (!shape_.regular || passed >= windowSize || FindGap() != shape_.gap) return false;
         // The byte behind the row belongs to its shape; what it is does not matter.
-        const std::uint64_t within = Below(shape_.length) & ~Below(shape_.gap);
+        const std::uint64_t within = Below(shape_.length) & ~Below(Length(shape_.gap));
         const std::uint64_t wrongShape = ((others_ >> passed) ^ shape_.bits) & (2 * Below(shape_.length) + 1);
         return (wrongShape | ((irregular_ >> passed) & within)) == 0;
     }
 
     /// Finds the shape of the next row, if it is a plain one and in the window.
     bool FindShape() {
-        shape_.length = 0;
+        shape_.regular = false;
         const std::uint64_t passed = Passed();
         outOfWindow_ = passed >= windowSize;
         if (outOfWindow_) return false;
-        const unsigned int gap = Gap();
+        const Gap gap = FindGap();
         const std::uint64_t others = others_ >> passed;
-        std::uint64_t rest = others & ~Below(gap);
-        unsigned int start = gap;
+        std::uint64_t rest = others & ~Below(Length(gap));
+        unsigned int start = Length(gap);
         for (unsigned int i = 0; i < numbers; ++i) {
             outOfWindow_ = rest == 0;
             if (outOfWindow_) return false;
@@ -151,26 +142,50 @@ private:
             start = end + 1;
         }
         const unsigned int length = shape_.ends[numbers - 1];
-        if (((irregular_ >> passed) & Below(length) & ~Below(gap)) != 0) return false;
+        if (((irregular_ >> passed) & Below(length) & ~Below(Length(gap))) != 0) return false;
+        // A blank and a first digit are counted for each number, nothing for the digits after it.
+        const std::uint64_t newLine = gap == Gap::LineFeed || gap == Gap::CarriageReturnLineFeed ? 1 : 0;
+        shape_.lines = newLine;
+        shape_.columnKept = newLine - 1;
+        shape_.columns = 2 * numbers - (gap == Gap::Separator ? 0 : 1);
+        shape_.regular = true;
         shape_.length = length;
         shape_.gap = gap;
         shape_.bits = others & (2 * Below(length) + 1);
         return true;
     }
 
-    /// As Look, for a row of any layout; there is no shape then.
+    /// As Look, for a row that does not have the shape of the row before it.
+    bool LookAfresh() {
+        if (looseRows_ > 0) {
+            if (--looseRows_ > 0) return LookLoosely();
+            Slide();
+        }
+        while (!FindShape()) {
+            if (!outOfWindow_ || cursor_.at == window_) {
+                // Where one row is irregular, so are those around it.
+                looseRows_ = 16;
+                return LookLoosely();
+            }
+            Slide();
+        }
+        Convert();
+        return true;
+    }
+
+    /// As Look, for a row of any layout.
     bool LookLoosely() {
         constexpr unsigned int largest = 32767;
         const char* p = cursor_.at;
-        std::uint64_t line = cursor_.line;
-        std::uint64_t column = cursor_.column;
+        std::uint64_t lines = 0;
+        std::uint64_t columns = 0;
         row = 0;
         for (unsigned int i = 0; i < numbers; ++i) {
             for (;; ++p) {
-                ++column;
+                ++columns;
                 if (*p == '\n') {
-                    ++line;
-                    column = 0;
+                    ++lines;
+                    columns = 0;
                 } else if (*p != '\r' && lexer::classOf[static_cast<unsigned char>(*p)] != lexer::Blank) {
                     break;
                 }
@@ -183,16 +198,14 @@ private:
             if (value > largest || p >= cursor_.end) return false;
             row |= std::uint64_t{value} << (16 * i);
         }
-        loose_ = {p, line, column};
+        // The window is of no use until a shape is sought again; there it does not call for another one.
+        window_ = p;
+        shape_.regular = false;
+        shape_.length = static_cast<std::uint64_t>(p - cursor_.at);
+        shape_.lines = lines;
+        shape_.columnKept = lines != 0 ? 0 : ~std::uint64_t{0};
+        shape_.columns = columns;
         return true;
-    }
-
-    /// Looks for a row of any layout where no shape was found, and has the next ones looked at so too.
-    bool BeginLoosely() {
-        constexpr unsigned int rows = 16;
-        const bool found = LookLoosely();
-        looseRows_ = found ? rows : 0;
-        return found;
     }
 
     /// The four bytes up to the end of a number; before a short one there is always a byte more in the buffer's slack.
@@ -233,12 +246,7 @@ private:
     std::uint64_t irregular_ = 0;
     bool outOfWindow_ = false;
     Shape shape_;
-    // Behind the row that was looked at without a shape, and how many more are to be.
-    struct {
-        const char* at;
-        std::uint64_t line;
-        std::uint64_t column;
-    } loose_{};
+    // How many rows are to be looked at without seeking a shape.
     unsigned int looseRows_ = 0;
 };
 
