@@ -14,6 +14,10 @@ void* operator new(std::size_t size) {
     return taken;
 }
 
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     try {
         return operator new(size);
@@ -34,5 +38,8 @@ void operator delete(void* taken, std::size_t) noexcept {
     operator delete(taken);
 }
 void operator delete[](void* taken) noexcept {
+    operator delete(taken);
+}
+void operator delete[](void* taken, std::size_t) noexcept {
     operator delete(taken);
 }

@@ -40,7 +40,7 @@ struct Transfer {
 };
 inline Transfer transfer;
 
-/// What is held now: allocations and mappings (counted where FailingMemory.cpp is linked), and files that are open.
+/// What is held now: allocations, mappings (counted where FailingMemory.cpp is linked), and files that are open.
 struct Held {
     long allocations = 0;
     long mappings = 0;
