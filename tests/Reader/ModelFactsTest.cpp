@@ -232,27 +232,5 @@ TEST(ModelFacts, NoTimeStep) {
     EXPECT_EQ(ReadText(Replaced(text, "start 0", "start 1")).code, 119);
 }
 
-/// A file cut short anywhere, or one that it includes, ends with success or with an error in the file.
-TEST(ModelFacts, SurviveEveryTruncation) {
-    const std::string included = "DAMPING count=2 data 1 1 1 1 .5\n2 2 2 1 -1E2 END END $ comment\n";
-    const std::string text = Replaced(wholeModel, "END\nPIEZO id", "END include \"cut.inc\" PIEZO id");
-    const auto check = [](const Outcome& outcome) {
-        if (outcome.code == 0) return;
-        EXPECT_TRUE(outcome.code >= 102 && outcome.code <= 183) << outcome.what;
-        ASSERT_NE(outcome.place.path, "") << outcome.what;
-        EXPECT_LE(outcome.place.offset, std::filesystem::file_size(outcome.place.path)) << outcome.what;
-    };
-    WriteFile("cut.inc", Replaced(included, " 1 ", " 7 "));
-    ASSERT_EQ(ReadText(text).what, "");
-    for (std::size_t size = 0; size < text.size(); ++size) {
-        check(ReadText(text.substr(0, size)));
-        check(ReadText(text.substr(0, size), {true, true, 5}));
-    }
-    for (std::size_t size = 0; size < included.size(); ++size) {
-        WriteFile("cut.inc", included.substr(0, size));
-        check(ReadText(text, {false, false, 5}));
-    }
-}
-
 }  // namespace
 }  // namespace orvalo

@@ -105,17 +105,6 @@ TEST(Opening, LocatesErrorsInIncludedFiles) {
     }
 }
 
-TEST(Opening, NestsAThousandIncludes) {
-    for (int i = 0; i < 1000; ++i) {
-        WriteFile("n" + std::to_string(i), "% level\ninclude \"n" + std::to_string(i + 1) + "\"\n");
-    }
-    WriteFile("n1000", grid + "#");
-    EXPECT_EQ(ReadPath(ScratchDirectory() + "/n0", cubesOnly).what,
-              "Error in file \"n1000\", line 1, column 46:\nInvalid character.");
-    WriteFile("n1000", grid);
-    EXPECT_EQ(ReadPath(ScratchDirectory() + "/n0", cubesOnly).what, "");
-}
-
 std::string WhatOf(Reader& reader) {
     Model model;
     try {

@@ -151,59 +151,10 @@ TEST(ResultsMat, NamesPaddedToEightBytesMayNotBeRead) {
     Check({{bytes, badData}});
 }
 
-TEST(ResultsMat, PublishesProgress) {
-    struct {
-        std::string elements;
-        float last;
-    } const cases[] = {{"", 0},
-                       {values.Bytes(), 80},
-                       {both, 100},
-                       {indices.Bytes(), 20},
-                       {indices.Bytes() + values.Bytes(), 100},
-                       {Values(9, std::vector<double>(9)).Bytes() + Indices(3, {1, 1, 1}).Bytes(), 100},
-                       {both.substr(0, 20), 0}};
-    for (const auto& c : cases) {
-        const TemporaryFile file(MatHeader() + c.elements);
-        float progress = -1;
-        ResultsReader reader(file.Path());
-        reader.TraceProgress(&progress);
-        try {
-            delete reader.Execute();
-        } catch (const Exception&) {
-        }
-        EXPECT_NEAR(progress, c.last, 1e-4);
-        EXPECT_LE(progress, 100);
-    }
-}
-
 TEST(ResultsMat, RefusesDataFromAPipe) {
     const TemporaryFile file(MatHeader() + both);
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen(("cat " + file.Path()).c_str(), "r"), ::pclose);
     EXPECT_EQ(Outcome("/dev/fd/" + std::to_string(::fileno(pipe.get()))), unreadable);
-}
-
-TEST(ResultsMat, KnowsWhatIsDefined) {
-    const auto none = LoadBytes(MatHeader());
-    EXPECT_FALSE(none->ValuesDefined());
-    EXPECT_FALSE(none->IndicesDefined());
-    const auto empty = LoadBytes(MatHeader() + Values(2, {}).Bytes() + Indices(3, {}).Bytes());
-    EXPECT_TRUE(empty->ValuesDefined());
-    EXPECT_TRUE(empty->IndicesDefined());
-}
-
-TEST(ResultsReader, MayReadTwice) {
-    const TemporaryFile file(MatHeader() + both);
-    ResultsReader reader(file.Path());
-    const std::unique_ptr<Results> first(reader.Execute());
-    const std::unique_ptr<Results> second(reader.Execute());
-    EXPECT_NE(first, second);
-    EXPECT_EQ(Describe(*second), bothRead);
-    EXPECT_EQ(first->FileName(), file.Path());
-}
-
-TEST(ResultsReader, QuotesTheEndOfALongPath) {
-    const std::string path = "/nonexistent/" + std::string(9000, 'd');
-    EXPECT_EQ(Outcome(path), "200 ResultsReader: Unable to open '" + std::string(512, 'd') + "' results file.");
 }
 
 }  // namespace

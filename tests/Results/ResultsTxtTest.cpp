@@ -118,22 +118,6 @@ TEST(ResultsTxt, KeepsNamesAndPath) {
     EXPECT_THAT(text.ColumnNames(), testing::ElementsAre("x", "y", "z", "f", "ux", "", "uz "));
 }
 
-TEST(ResultsTxt, KnowsWhatIsDefined) {
-    struct {
-        const char* text;
-        bool defined;
-    } const cases[] = {{"", false},
-                       {"x\ty\tz\tf\tu\n", false},
-                       {"x\ty\tz\tf\tu\n1\t1\t1\t1\t1\n", true},
-                       {"u\n", false},
-                       {"u\n1\n", true}};
-    for (const auto& c : cases) {
-        const auto results = LoadBytes(c.text);
-        EXPECT_EQ(results->ValuesDefined(), c.defined) << c.text;
-        EXPECT_EQ(results->IndicesDefined(), c.defined) << c.text;
-    }
-}
-
 TEST(ResultsTxt, FindsRowsInEveryBlock) {
     std::string text = "x\ty\tz\tf\tu\tv\n";
     for (int row = 0; row < 300000; ++row) {
@@ -148,25 +132,6 @@ TEST(ResultsTxt, FindsRowsInEveryBlock) {
         ASSERT_EQ(results->ExValueGet(1, x, y, 0), -static_cast<double>(row));
         ASSERT_EQ(results->IndexGet(3, row), static_cast<int>(row % 7));
     }
-}
-
-TEST(ResultsTxt, PublishesProgress) {
-    float progress = -1;
-    const auto read = [&](const std::string& text) {
-        const TemporaryFile file(text);
-        ResultsReader reader(file.Path());
-        reader.TraceProgress(&progress);
-        progress = -1;
-        try {
-            delete reader.Execute();
-        } catch (const Exception&) {
-        }
-        return progress;
-    };
-    EXPECT_EQ(read(""), 0.0F);
-    EXPECT_EQ(read("uuuuuuu\n1\n"), 100.0F);
-    EXPECT_EQ(read("uuuuuuu\n1\t2\n"), 9.0F / 12.0F * 100.0F);  // One more than each line has.
-    EXPECT_EQ(read("u\r\n1\r\n2\r\n3\t4\r\n"), 9.0F / 14.0F * 100.0F);
 }
 
 TEST(ResultsTxt, ReadsTheSameInEveryLocale) {
