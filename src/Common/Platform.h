@@ -23,8 +23,6 @@ public:
     InputFile() = default;
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
-    InputFile(InputFile&& other) noexcept;
-    InputFile& operator=(InputFile&& other) noexcept;
     ~InputFile();
 
     /// Whether the path could be opened.
@@ -40,9 +38,6 @@ public:
 private:
     int descriptor_ = -1;
 };
-
-/// The size that the file's status reports, or nothing when it cannot be asked.
-std::optional<std::uint64_t> FileSize(const std::string& path) noexcept;
 
 bool FileExists(const std::string& path) noexcept;
 

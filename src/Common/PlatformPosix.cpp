@@ -5,7 +5,6 @@
 #include <limits>
 #include <new>
 #include <system_error>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -76,16 +75,6 @@ std::shared_ptr<unsigned char[]> AllocateToFill(std::size_t count, std::size_t e
     return buffer;
 }
 
-InputFile::InputFile(InputFile&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-
-InputFile& InputFile::operator=(InputFile&& other) noexcept {
-    if (this != &other) {
-        Close();
-        descriptor_ = std::exchange(other.descriptor_, -1);
-    }
-    return *this;
-}
-
 InputFile::~InputFile() {
     Close();
 }
@@ -123,12 +112,6 @@ std::optional<std::size_t> InputFile::Read(void* buffer, std::size_t size) noexc
 std::optional<std::uint64_t> InputFile::Size() const noexcept {
     struct stat status {};
     if (::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-    return static_cast<std::uint64_t>(status.st_size);
-}
-
-std::optional<std::uint64_t> FileSize(const std::string& path) noexcept {
-    struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) return std::nullopt;
     return static_cast<std::uint64_t>(status.st_size);
 }
 

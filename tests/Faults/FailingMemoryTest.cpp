@@ -30,6 +30,8 @@ Attempt ReadsModel(const std::string& path, bool cubesOnly, bool doublePrecision
             const Armed armed(series);
             Reader reader(path, cubesOnly);
             const Reader copy(reader);
+            Reader other("", cubesOnly);
+            other = reader;
             reader.Execute(outcome.model.get(), doublePrecision);
         } catch (const Exception& failure) {
             return failure.code();
