@@ -1,5 +1,3 @@
-#include <clocale>
-
 #include <gmock/gmock.h>
 
 #include <Orvalo3DReader/Results/ResultsTxt.h>
@@ -132,16 +130,6 @@ TEST(ResultsTxt, FindsRowsInEveryBlock) {
         ASSERT_EQ(results->ExValueGet(1, x, y, 0), -static_cast<double>(row));
         ASSERT_EQ(results->IndexGet(3, row), static_cast<int>(row % 7));
     }
-}
-
-TEST(ResultsTxt, ReadsTheSameInEveryLocale) {
-    const char* const before = std::setlocale(LC_NUMERIC, nullptr);
-    const std::string saved = before == nullptr ? "C" : before;
-    for (const char* const name : {"de_DE.UTF-8", "pl_PL.UTF-8", "C.UTF-8"}) {
-        if (std::setlocale(LC_NUMERIC, name) == nullptr) continue;
-        EXPECT_EQ(LoadBytes("u\n1.5\n")->ValueGet(0, 0), 1.5) << name;
-    }
-    std::setlocale(LC_NUMERIC, saved.c_str());
 }
 
 }  // namespace

@@ -86,15 +86,5 @@ TEST(TextLines, HandOutWhatFgetsGives) {
     }
 }
 
-TEST(TextLines, FailWhereTheFileCannotBeRead) {
-    platform::InputFile file;
-    ASSERT_TRUE(file.Open(std::filesystem::temp_directory_path()));
-    TextLines lines(file, "a\nb", 64);
-    TextLine line;
-    EXPECT_TRUE(lines.Next(line));
-    EXPECT_FALSE(lines.Next(line));
-    EXPECT_TRUE(lines.Failed());
-}
-
 }  // namespace
 }  // namespace orvalo
