@@ -33,6 +33,8 @@ bool ReadBulkPosition(ReaderCore& core, std::uint64_t read, std::uint64_t count,
 }
 
 void CloseBulkRows(ReaderCore& core, std::uint64_t read, std::uint64_t count) {
+    // What stands behind the last row is no row.
+    if (read == count) core.row = 0;
     core.NextToken();
     if (core.IsKeyword("end")) {
         core.row = 0;

@@ -27,6 +27,18 @@ bool IsMat(std::string_view header) {
     return header.size() == matHeaderSize && header.starts_with(matText);
 }
 
+/// Calls `read` and raises OutOfMemory as `sourceModule` where memory does not suffice. The name alone is so short that
+/// this takes nothing from the heap that has just failed.
+template <class Read>
+auto WithinMemory(const char* sourceModule, const Read& read) {
+    try {
+        return read();
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) {
+    }
+    Raise(sourceModule, __LINE__, ReaderMessages::OutOfMemory);
+}
+
 std::unique_ptr<Results> ReadMat(const std::string& path, platform::InputFile& file, float* progress) {
     auto results = std::make_unique<ResultsMat>(path);
     // A file that cannot tell its size, such as a pipe, is not trusted to hold any data.
@@ -38,9 +50,11 @@ std::unique_ptr<Results> ReadMat(const std::string& path, platform::InputFile& f
 
 std::unique_ptr<Results> ReadTxt(const std::string& path, platform::InputFile& file, std::string_view alreadyRead,
                                  float* progress) {
-    auto results = std::make_unique<ResultsTxt>(path);
-    ResultsTxtReader(*results, progress).Execute(file, alreadyRead);
-    return results;
+    return WithinMemory("ResultsTxt", [&] {
+        auto results = std::make_unique<ResultsTxt>(path);
+        ResultsTxtReader(*results, progress).Execute(file, alreadyRead);
+        return results;
+    });
 }
 
 std::unique_ptr<Results> ReadResults(const std::string& path, float* progress) {
@@ -57,16 +71,11 @@ std::unique_ptr<Results> ReadResults(const std::string& path, float* progress) {
     return ReadMat(path, file, progress);
 }
 
-/// The module is so short that raising this takes nothing from the heap that has just failed.
-[[noreturn]] void RaiseOutOfMemory(int line) {
-    Raise("Results\\Results", line, ReaderMessages::OutOfMemory);
-}
-
 }  // namespace
 
 ResultsReader::ResultsReader(const std::string& path) try : path_(path) {
 } catch (const std::bad_alloc&) {
-    RaiseOutOfMemory(__LINE__);
+    Raise("ResultsReader", __LINE__, ReaderMessages::OutOfMemory);
 }
 
 ResultsReader::~ResultsReader() = default;
@@ -76,12 +85,7 @@ void ResultsReader::TraceProgress(float* progress) {
 }
 
 Results* ResultsReader::Execute() {
-    try {
-        return ReadResults(path_, progress_).release();
-    } catch (const std::bad_alloc&) {
-    } catch (const std::length_error&) {
-    }
-    RaiseOutOfMemory(__LINE__);
+    return WithinMemory("ResultsReader", [this] { return ReadResults(path_, progress_).release(); });
 }
 
 }  // namespace orvalo

@@ -25,15 +25,15 @@ TEST(BulkRows, ReportPlacesByTheirOwnCount) {
     } table[] = {
         // The place of `data` while reading rows, that of the token behind them after it.
         {122, head + "\n1 1 1 1\n10 20 @40000 1\nEND END\n", 1, 24, 2},
-        {133, head + "\n1 1 1 1\n1 1 1 1\n@x", 3, 2, 3},
-        {133, head + "\r\n1 1 1 1\r\n1 1 1 1\r\n@x", 4, 2, 3},
-        {133, head + "\n10000 2000 30 1\n4000 50 600 1 @x", 2, 10, 3},
-        {133, "CUBES count 1 format 0 data 10 20 30 1 @x", 1, 38, 2},
-        {133, head + "\n1,1\t1 1\n\n\n1 1 1 1,,@x", 4, 11, 3},
+        {133, head + "\n1 1 1 1\n1 1 1 1\n@x", 3, 2, 0},
+        {133, head + "\r\n1 1 1 1\r\n1 1 1 1\r\n@x", 4, 2, 0},
+        {133, head + "\n10000 2000 30 1\n4000 50 600 1 @x", 2, 10, 0},
+        {133, "CUBES count 1 format 0 data 10 20 30 1 @x", 1, 38, 0},
+        {133, head + "\n1,1\t1 1\n\n\n1 1 1 1,,@x", 4, 11, 0},
         {178, head + "\n1 1 1 1\n1 1 1 1\nEND\n@x", 3, 6, 0},
         // Temperatures are tokens: a line feed that ends one is not counted.
         {180, warm + "\r\n1 1 1 1 20.5\r\n1 1 1 1 @hot", 3, 8, 2},
-        {133, warm + "\n1 1 1 1 20.5\n10 10 10 1 -3e1\n@x", 1, 56, 3},
+        {133, warm + "\n1 1 1 1 20.5\n10 10 10 1 -3e1\n@x", 1, 56, 0},
         {183, "DAMPING count 2 data\n1 1 1 1 0.5\n1 1 1 1 @hot", 1, 41, 2},
     };
     for (const auto& row : table) {

@@ -64,6 +64,13 @@ CASES = [
      'r.txt: error: No data found for specified cube. [305]\n'),
     ('value of a negative row', {'r.txt': RESULTS}, 'value r.txt --column 0 --row -1', 1, '',
      'r.txt: error: Invalid row number provided. [300]\n'),
+    ('value far beyond every cube, file last', {'r.txt': RESULTS}, 'value --column 0 --at 1 -99999999999 3 r.txt', 1, '',
+     'r.txt: error: Y coordinate out of range. [303]\n'),
+    ('results with the names of sections, without rows, with a bad row',
+     {'a': 'table\tset\n1\t2\n', 'b': 'ux\tuy\n', 'c': 'ux\tuy\nabc\t2\n'}, 'check a b c', 1, '',
+     'c: error: Too many columns provided (line 2). [307]\n'),
+    ('models with a first word that is none', {'a': 'ANALYSES cellsize\n 1 timestep 0.1 END\n', 'b': '#A b\n1\n2 END\n'},
+     'check a b', 1, '', re.compile(r'^a:1:1: error: .*\^\nb:1:1: error: .*\^\n$', re.S)),
     ('value of an unknown column', {'r.txt': RESULTS}, 'value r.txt --column uz --row 0', 1, '',
      "r.txt: error: No value column is named 'uz'.\n"),
     ('value from a missing file', {}, 'value no.txt --column 0 --row 0', 3, '',
@@ -189,7 +196,7 @@ class ToolTest(unittest.TestCase):
 
     def test_progress_bar_comes_and_goes(self):
         """The grid is half read while a slow include keeps the tool waiting."""
-        self.write({'slow.model': HEAD + CUBES.replace('count 2', 'count 4') + 'include "rest"\n'})
+        self.write({'slow.model': HEAD + CUBES.replace('count 2', 'count 0.4e1') + 'include "rest"\n'})
         os.mkfifo(self.directory / 'rest')
 
         def feed():
@@ -203,6 +210,17 @@ class ToolTest(unittest.TestCase):
         feeder.join()
         self.assertRegex(received, r'\r\033\[K\[#+\.+\]  50%  slow\.model')
         self.assertTrue(received.endswith('slow.model\r\033[K'), received)
+
+    def test_pipes_are_read_once(self):
+        for arguments, content, message in (('check pipe', BAD, 'pipe:2:11: error: Invalid proverty value'),
+                                            ('value pipe --column 0 --row 0', 'u', 'pipe: error: Unable to read')):
+            os.mkfifo(self.directory / 'pipe')
+            feeder = threading.Thread(target=(self.directory / 'pipe').write_text, args=[content], daemon=True)
+            feeder.start()
+            done = self.run_tool(arguments)
+            feeder.join()
+            self.assertEqual((done.returncode, done.stderr.decode().startswith(message)), (1, True), done.stderr)
+            (self.directory / 'pipe').unlink()
 
     def test_short_reads_draw_nothing(self):
         self.write({'good.model': GOOD})

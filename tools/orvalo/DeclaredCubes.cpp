@@ -30,7 +30,9 @@ public:
             } else if (!inCubes_) {
                 inCubes_ = word == "cubes";
             } else if (word == "count") {
-                count = std::strtoull(words.Next().c_str(), nullptr, 10);
+                // Written as any number may be, such as 2e6.
+                const double declared = std::strtod(words.Next().c_str(), nullptr);
+                count = declared >= 1 && declared < 1e18 ? static_cast<std::uint64_t>(declared) : 0;
                 return true;
             } else if (word == "data") {
                 return true;

@@ -35,6 +35,7 @@ std::string WithoutPlace(const std::string& what) {
 }
 
 bool CanBeRead(const std::string& path) {
+    if (std::filesystem::is_fifo(path)) return true;  // It was read already, and would be waited for.
     std::ifstream file(path, std::ios::binary);
     file.peek();
     return file.is_open() && !file.bad();

@@ -50,9 +50,13 @@ void ModelWords::SkipBlanksAndComments() {
     }
 }
 
-std::string ReadHead(const std::string& path, std::size_t limit) {
+bool MayBeReread(const std::string& path) {
     std::error_code unknown;
-    if (!std::filesystem::is_regular_file(path, unknown)) return {};
+    return std::filesystem::is_regular_file(path, unknown);
+}
+
+std::string ReadHead(const std::string& path, std::size_t limit) {
+    if (!MayBeReread(path)) return {};
     std::ifstream file(path, std::ios::binary);
     std::string head(limit, '\0');
     file.read(head.data(), static_cast<std::streamsize>(limit));

@@ -19,5 +19,8 @@ private:
     std::string_view text_;
 };
 
-/// At most the first `limit` bytes of a file; empty where it cannot be read, or only once, as a pipe.
+/// Whether a file may be read once more: a pipe may not, and would be waited for.
+bool MayBeReread(const std::string& path);
+
+/// At most the first `limit` bytes of a file; empty where it cannot be read, or only once.
 std::string ReadHead(const std::string& path, std::size_t limit);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "HarmlessText.h"
+#include "ModelWords.h"
 
 namespace {
 
@@ -28,6 +29,7 @@ struct Surroundings {
 };
 
 std::optional<Surroundings> ReadAround(const orvalo::InputPlace& place) {
+    if (!MayBeReread(place.path)) return std::nullopt;
     std::ifstream file(place.path, std::ios::binary);
     const std::uint64_t inLine = std::min(place.column - 1, place.offset);
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(inLine, reach));

@@ -1,6 +1,7 @@
 #include "ValueCommand.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdio>
 #include <limits>
@@ -27,10 +28,20 @@ struct ValueOptions {
     std::string path;
     std::string column;
     std::string row;
-    std::vector<int> cube;
+    std::array<std::string, 3> cube;
 };
 
-// A number, counted from 0. What no unsigned int holds becomes the greatest, which the library refuses by its message.
+// A whole number. What the type does not hold becomes its least or greatest, which the library refuses by its message.
+std::optional<int> ToCoordinate(const std::string& text) {
+    const char* last = text.data() + text.size();
+    int number = 0;
+    const auto [end, error] = std::from_chars(text.data(), last, number);
+    if (end != last || error == std::errc::invalid_argument) return std::nullopt;
+    if (error != std::errc::result_out_of_range) return number;
+    return text.starts_with('-') ? std::numeric_limits<int>::min() : std::numeric_limits<int>::max();
+}
+
+// Counted from 0, with all that is negative refused like the greatest.
 std::optional<unsigned int> ToNumber(const std::string& text) {
     constexpr unsigned int greatest = std::numeric_limits<unsigned int>::max();
     const bool negative = text.starts_with('-');
@@ -40,6 +51,10 @@ std::optional<unsigned int> ToNumber(const std::string& text) {
     const auto [end, error] = std::from_chars(first, last, number);
     if (end != last || error == std::errc::invalid_argument) return std::nullopt;
     return negative || error == std::errc::result_out_of_range ? greatest : number;
+}
+
+std::string RefuseUnless(bool number, const std::string& text) {
+    return number ? std::string() : "not a whole number: " + text;
 }
 
 // What reads as a number is one, also where a column bears a number as its name.
@@ -60,9 +75,10 @@ ExitStatus PrintValue(const InputFile& file, const ValueOptions& options) {
     const std::optional<unsigned int> column = FindColumn(*file.results, options.column);
     if (!column) return Refuse(file.path, "No value column is named '" + options.column + "'.");
     try {
-        const double value = options.cube.empty()
-                                 ? file.results->ExValueGet(*column, ToNumber(options.row).value_or(0))
-                                 : file.results->ExValueGet(*column, options.cube[0], options.cube[1], options.cube[2]);
+        const auto coordinate = [&](std::size_t axis) { return ToCoordinate(options.cube[axis]).value_or(0); };
+        const double value = options.row.empty()
+                                 ? file.results->ExValueGet(*column, coordinate(0), coordinate(1), coordinate(2))
+                                 : file.results->ExValueGet(*column, ToNumber(options.row).value_or(0));
         fmt::print("{}\n", value);
     } catch (const orvalo::Exception& exception) {
         return Refuse(file.path, fmt::format("{} [{}]", exception.what(), exception.code()));
@@ -86,9 +102,11 @@ void AddValueCommand(CLI::App& app, ExitStatus& status) {
     command->add_option("--column", options->column, "Value column: its number, from 0, or its name")->required();
     CLI::Option_group* place = command->add_option_group("place");
     place->add_option("--row", options->row, "Row, from 0")->check([](const std::string& text) {
-        return ToNumber(text) ? std::string() : "not a whole number: " + text;
+        return RefuseUnless(ToNumber(text).has_value(), text);
     });
-    place->add_option("--at", options->cube, "Coordinates of a cube")->expected(3)->type_name("X Y Z");
+    place->add_option("--at", options->cube, "Coordinates of a cube")
+        ->type_name("X Y Z")
+        ->check([](const std::string& text) { return RefuseUnless(ToCoordinate(text).has_value(), text); });
     place->require_option(1);
     command->footer("The value is printed with as many digits as it takes to read the same number back.");
     command->callback([options, &status] { status = Value(*options); });
