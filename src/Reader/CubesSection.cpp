@@ -23,12 +23,18 @@ public:
     CubeRows(ReaderCore& core, Model& model, const GridReading& reading)
         : core_(core),
           materials_(model.materials, reading.cubesOnly),
+          modelBounds_(model.bounds),
           progress_(reading.progress),
           count_(model.cubes.CubesCount()),
           record_(model.cubes.CubesPtr()),
           temperature_(model.cubes.TemperaturesPtr()) {}
 
-    void Read(Bounds& bounds) {
+    CubeRows(const CubeRows&) = delete;
+    CubeRows& operator=(const CubeRows&) = delete;
+    /// The bounds hold what was stored, also where reading failed thereafter.
+    ~CubeRows() { bounds_.Widen(modelBounds_); }
+
+    void Read() {
         do {
             if (temperature_ == nullptr) {
                 ReadPlainRows<false>();
@@ -37,7 +43,6 @@ public:
             }
         } while (ReadRow());
         CloseBulkRows(core_, read_, count_);
-        bounds_.Widen(bounds);
     }
 
 private:
@@ -108,6 +113,7 @@ private:
 
     ReaderCore& core_;
     BulkMaterials materials_;
+    Bounds& modelBounds_;
     RowBounds bounds_;
     unsigned long long* progress_;
     std::uint64_t count_;
@@ -147,7 +153,7 @@ void ReadCubesSection(ReaderCore& core, Model& model, const GridReading& reading
             case Data:
                 CheckPrerequisites(count.has_value(), withTemperatures.has_value());
                 ModelAccess::AllocCubes(model.cubes, *count, *withTemperatures);
-                CubeRows(core, model, reading).Read(model.bounds);
+                CubeRows(core, model, reading).Read();
                 dataGiven = true;
                 break;
             case Init:

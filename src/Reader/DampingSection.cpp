@@ -23,15 +23,20 @@ public:
     DampingRows(ReaderCore& core, Model& model, const GridReading& reading)
         : core_(core),
           materials_(model.materials, reading.cubesOnly),
+          modelBounds_(model.bounds),
           count_(model.cubes.DampingCubesCount()),
           record_(model.cubes.DampingCubesPtr()) {}
 
-    void Read(Bounds& bounds) {
+    DampingRows(const DampingRows&) = delete;
+    DampingRows& operator=(const DampingRows&) = delete;
+    /// The bounds hold what was stored, also where reading failed thereafter.
+    ~DampingRows() { bounds_.Widen(modelBounds_); }
+
+    void Read() {
         do {
             ReadPlainRows();
         } while (ReadRow());
         CloseBulkRows(core_, read_, count_);
-        bounds_.Widen(bounds);
     }
 
 private:
@@ -78,6 +83,7 @@ private:
 
     ReaderCore& core_;
     BulkMaterials materials_;
+    Bounds& modelBounds_;
     RowBounds bounds_;
     std::uint64_t count_;
     std::uint64_t read_ = 0;
@@ -99,7 +105,7 @@ void ReadDampingSection(ReaderCore& core, Model& model, const GridReading& readi
             case Data:
                 if (!count) ReaderCore::RaiseObligatoryMissing("Count");
                 ModelAccess::AllocDampingCubes(model.cubes, *count);
-                DampingRows(core, model, reading).Read(model.bounds);
+                DampingRows(core, model, reading).Read();
                 dataGiven = true;
                 break;
             default:

@@ -130,14 +130,15 @@ TEST(Opening, AReaderServesOneRead) {
     EXPECT_EQ(WhatOf(copy), "1");
 }
 
-TEST(Opening, CountsCubesAsTheyAreRead) {
+TEST(Opening, CountsAndBoundsCubesAsTheyAreRead) {
     unsigned long long counter = 99;
-    Reader reader(WriteFile("count.model", "CUBES count 5 format 0 data\n1 1 1 1\n2 1 1 1\n3 1 x"), true);
+    Model model;
+    Reader reader(WriteFile("count.model", "CUBES count 4 format 0 data\n1 1 1 1\n2 1 1 1\n3 1 x"), true);
     reader.TraceCurrentCube(&counter);
-    EXPECT_EQ(WhatOf(reader),
-              "Error in file \"count.model\", line 1, column 24:\nInvalid Z coordinate value (or out of range).");
+    EXPECT_THROW(reader.Execute(&model, true), Exception);
     EXPECT_EQ(counter, 2U);
     EXPECT_EQ(reader.FailureRow(), 3U);
+    EXPECT_EQ(ShowGrid(model), "bounds 1 2 1 1 1 1\ncube 1 1 1 1\ncube 2 1 1 1\ncube 0 0 0 0\ncube 0 0 0 0\n");
 }
 
 }  // namespace

@@ -152,11 +152,11 @@ inline std::string ToText(const InputPlace& place) {
     return std::to_string(place.line) + ':' + std::to_string(place.column) + '/' + std::to_string(place.offset);
 }
 
-/// All that came of a read: what the bulk sections put into the model, or what the error says.
+/// All that came of a read: what the error says, if there is one, and what the bulk sections put into the model.
 inline std::string Fingerprint(const Outcome& outcome) {
     if (outcome.code == 0) return ShowBulk(*outcome.model);
     return outcome.what + " at " + ToText(outcome.place) + " of " + outcome.place.path + " row " +
-           std::to_string(outcome.row);
+           std::to_string(outcome.row) + " behind " + ShowGrid(*outcome.model);
 }
 
 }  // namespace orvalo::support

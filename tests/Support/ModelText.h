@@ -41,13 +41,13 @@ inline std::string ShowGrid(const Model& model) {
     const Cubes& cubes = model.cubes;
     std::string text = b.defined ? Line("bounds", b.minX, b.maxX, b.minY, b.maxY, b.minZ, b.maxZ) : "";
     if (cubes.CubesCount() > Shown(cubes.CubesCount())) text += Line("cubes", cubes.CubesCount());
-    for (std::size_t i = 0; i < Shown(cubes.CubesCount()); ++i) {
+    for (std::size_t i = 0; cubes.CubesPtr() != nullptr && i < Shown(cubes.CubesCount()); ++i) {
         Cube cube;
         std::memcpy(static_cast<void*>(&cube), cubes.CubesPtr() + i * 7, 7);
         text += Line("cube", cube.x, cube.y, cube.z, cube.material);
         if (cubes.TemperaturesPtr() != nullptr) text += Line("at", cubes.GetTemperature(i));
     }
-    for (std::size_t i = 0; i < Shown(cubes.DampingCubesCount()); ++i) {
+    for (std::size_t i = 0; cubes.DampingCubesPtr() != nullptr && i < Shown(cubes.DampingCubesCount()); ++i) {
         DampingCube cube;
         std::memcpy(static_cast<void*>(&cube), cubes.DampingCubesPtr() + i * 15, 7);
         std::memcpy(&cube.coefficient, cubes.DampingCubesPtr() + i * 15 + 7, sizeof cube.coefficient);
