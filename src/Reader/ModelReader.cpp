@@ -101,8 +101,7 @@ void ModelReader::OpenMainFile() {
     // The rule for included files comes first. By itself it opens hardly any path with a directory in it, so that the
     // resolved path is the second choice.
     const std::string completed = core_.lexer.Completed(path_);
-    const bool hasName = resolvedPath_.size() > core_.lexer.baseDirectory.size();
-    const bool useResolved = hasName && !platform::FileExists(completed) && platform::FileExists(resolvedPath_);
+    const bool useResolved = !path_.empty() && !platform::FileExists(completed) && platform::FileExists(resolvedPath_);
     core_.lexer.OpenCompleted(useResolved ? resolvedPath_ : completed);
 }
 

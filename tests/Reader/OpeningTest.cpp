@@ -49,6 +49,7 @@ TEST(Opening, FindsTheMainFileOrNamesIt) {
         {"c:n", 103, "Unable to open 'c:n' input file."},
         {"", 103, "Unable to open '' input file."},
         {"sub", 104, "Error in file \"sub\", line 1, column 1:\nUnable to read '" + dir + "/sub' input file."},
+        {"sub/", 104, "Unable to read '" + dir + "/sub/' input file."},
         // 259 bytes and a terminator are the most that a resolved path may have.
         {longest, 103, "Unable to open '" + dir + '/' + longest + "' input file."},
         {longest + 'n', 175, "Cannot resolve path to '" + longest + "n' input file."},
@@ -58,7 +59,7 @@ TEST(Opening, FindsTheMainFileOrNamesIt) {
         const Outcome outcome = ReadPath(row.path, cubesOnly);
         EXPECT_EQ(outcome.code, row.code) << row.path;
         EXPECT_EQ(outcome.code == 0 ? std::to_string(outcome.model->bounds.minX) : outcome.what, row.found);
-        EXPECT_EQ(outcome.place.path, row.code == 104 ? dir + "/sub" : "") << row.path;
+        EXPECT_EQ(outcome.place.path, row.code == 104 ? dir + '/' + row.path : "") << row.path;
     }
     fs::current_path(before);
 }
