@@ -1,6 +1,7 @@
 #include <cmath>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -82,8 +83,10 @@ TEST(ModelClasses, CopiesShareAndOutliveTheirSource) {
     EXPECT_EQ(assigned.cubes.CubesPtr(), source->cubes.CubesPtr());
     EXPECT_EQ(assigned.cubes.TemperaturesPtr(), source->cubes.TemperaturesPtr());
     EXPECT_EQ(assigned.cubes.DampingCubesPtr(), source->cubes.DampingCubesPtr());
-    const Table table = *source->tables.at(-1);
-    const Set set = *source->sets.at(1);
+    Table table = *source->tables.at(-1);
+    Set set = *source->sets.at(1);
+    static_cast<void>(Table(std::move(table)));
+    static_cast<void>(Set(std::move(set)));
     const PiezoData points = source->piezos.at(0)->data;
     EXPECT_EQ(table.data, assigned.tables.at(-1)->data);
     EXPECT_EQ(set.points, assigned.sets.at(1)->points);

@@ -12,9 +12,14 @@ namespace orvalo {
 /// Copies show the same points as their source and share them; the last copy releases them.
 class ORVALO3DREADER_EXPORT Set {
 public:
+    /// An empty set.
     Set() = default;
     /// A set of `pointsCount` points at the origin. Throws OutOfMemory.
     Set(int setId, unsigned int pointsCount);
+    /// Shares the points. There is no move: it would leave `points` behind without their buffer.
+    Set(const Set&) = default;
+    /// Shares the points.
+    Set& operator=(const Set&) = default;
 
     /// From the file; 0 for an empty set.
     int id = 0;

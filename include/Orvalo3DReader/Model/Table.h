@@ -12,6 +12,13 @@ namespace orvalo {
 /// Copies show the same samples as their source and share them; the last copy releases them.
 class ORVALO3DREADER_EXPORT Table {
 public:
+    /// An empty table.
+    Table() = default;
+    /// Shares the samples. There is no move: it would leave `data` behind without its buffer.
+    Table(const Table&) = default;
+    /// Shares the samples.
+    Table& operator=(const Table&) = default;
+
     /// Sample `index` as a double. Not range-checked.
     double Get(std::size_t index) const;
 
