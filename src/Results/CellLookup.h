@@ -38,14 +38,13 @@ public:
 private:
     static constexpr std::uint32_t leafCells = 512;
 
-    static std::uint64_t Distance(int value, int from) {
-        return static_cast<std::uint64_t>(std::int64_t{value} - from);
+    /// Beyond every size of a box for a value that lies below: no difference wraps that far.
+    static std::uint32_t Distance(int value, int from) {
+        return static_cast<std::uint32_t>(value) - static_cast<std::uint32_t>(from);
     }
 
     std::uint32_t Cell(int x, int y, int z) const {
-        return static_cast<std::uint32_t>(Distance(x, minX_)) +
-               static_cast<std::uint32_t>(Distance(y, minY_)) * sizeX_ +
-               static_cast<std::uint32_t>(Distance(z, minZ_)) * plane_;
+        return Distance(x, minX_) + Distance(y, minY_) * sizeX_ + Distance(z, minZ_) * plane_;
     }
 
     bool Measure(std::span<const CoordinateRun> runs);

@@ -112,19 +112,19 @@ void ResultsTxt::Finalize() {
     const Storage& s = *storage_;
     if (s.indexColumns == 0) return;
     std::vector<CoordinateRun> runs;
-    runs.reserve(s.indices.BlockCount());
-    for (std::size_t block = 0; block < s.indices.BlockCount(); ++block) {
-        const short* const x = s.indices.Block(block);
-        runs.push_back({x, x + 1, x + 2, s.indexColumns, s.indices.RowsIn(block)});
+    const std::size_t perBlock = s.indices.RowsPerBlock();
+    for (std::size_t row = 0; row < s.rowCount; row += perBlock) {
+        const short* const x = s.indices.Block(row / perBlock);
+        runs.push_back({x, x + 1, x + 2, s.indexColumns, std::min(perBlock, s.rowCount - row)});
     }
     if (!storage_->lookup.Build(runs)) ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
 }
 
 bool ResultsTxt::ValuesDefined() const {
-    return storage_->values.BlockCount() > 0;
+    return storage_->rowCount > 0;
 }
 bool ResultsTxt::IndicesDefined() const {
-    return storage_->indices.BlockCount() > 0;
+    return storage_->rowCount > 0;
 }
 
 int ResultsTxt::IndexGet(unsigned int col, unsigned int row) const {

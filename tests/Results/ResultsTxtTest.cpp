@@ -117,10 +117,10 @@ TEST(ResultsTxt, KeepsNamesAndPath) {
 }
 
 TEST(ResultsTxt, FindsRowsInEveryBlock) {
-    std::string text = "x\ty\tz\tf\tu\tv\n";
+    std::string text = "x\ty\tz\tf\tu\tv\tw\n";
     for (int row = 0; row < 300000; ++row) {
         text += std::to_string(row % 1000) + "\t" + std::to_string(row / 1000) + "\t0\t" + std::to_string(row % 7) +
-                "\t" + std::to_string(row) + "\t-" + std::to_string(row) + "\n";
+                "\t" + std::to_string(row) + "\t-" + std::to_string(row) + "\t1\n";
     }
     const auto results = LoadBytes(text);
     for (unsigned int row = 0; row < 300000; ++row) {
