@@ -4,9 +4,27 @@
 #include <new>
 #include <string_view>
 
+#include "Common/FastDecimal.h"
 #include "Common/Raise.h"
 
 namespace orvalo {
+
+namespace {
+
+/// Where the line starts that goes on behind `text`: an offset in it, or npos when that line began before it. Lines
+/// may be as long as a file, so eight bytes are looked at at once.
+std::size_t LastLineStart(std::string_view text) {
+    constexpr std::uint64_t ones = 0x0101010101010101U;
+    while (text.size() >= 8) {
+        const std::uint64_t differences = LoadEight(text.data() + text.size() - 8) ^ ones * '\n';
+        if (((differences - ones) & ~differences & ones * 0x80) != 0) break;
+        text.remove_suffix(8);
+    }
+    const std::size_t lineFeed = text.rfind('\n');
+    return lineFeed == std::string_view::npos ? lineFeed : lineFeed + 1;
+}
+
+}  // namespace
 
 void LexerFile::Open(std::size_t bufferSize) {
     if (!stream_.Open(path)) ORVALO_RAISE(LexerFile, ReaderMessages::ErrorOpeningInputFile, Quoted(path).c_str());
@@ -37,8 +55,8 @@ bool LexerFile::Refill() {
     if (exhausted_) return false;
     if (markColumn_ == 0) markColumn_ = ColumnOf(markOffset_);
     const std::string_view done(Begin(), static_cast<std::size_t>(end - Begin()));
-    if (const std::size_t lineFeed = done.rfind('\n'); lineFeed != std::string_view::npos) {
-        lineStart_ = bufferOffset_ + lineFeed + 1;
+    if (const std::size_t start = LastLineStart(done); start != std::string_view::npos) {
+        lineStart_ = bufferOffset_ + start;
     }
     bufferOffset_ += done.size();
     cursor = end = Begin();
@@ -57,8 +75,8 @@ bool LexerFile::Refill() {
 
 std::uint64_t LexerFile::ColumnOf(std::uint64_t offset) const noexcept {
     const std::string_view before(Begin(), static_cast<std::size_t>(offset - bufferOffset_));
-    const std::size_t lineFeed = before.rfind('\n');
-    return lineFeed == std::string_view::npos ? offset - lineStart_ + 1 : before.size() - lineFeed;
+    const std::size_t start = LastLineStart(before);
+    return (start == std::string_view::npos ? offset - lineStart_ : before.size() - start) + 1;
 }
 
 InputPlace LexerFile::MarkedPlace() const noexcept {

@@ -72,7 +72,7 @@ SENSOR id 4294967298 shape point position 1 2 3 output = U U m filename "A b.TXT
     fileformat txt END
 SENSOR id 1 output shape point position 1 2 3 filename = 1.5E3 writemode append END
 DUMP id 9 output All U0 filename F fileformat mat writemode overwrite END
-DUMP id 8 output U0 All filename = w2 END
+DUMP id 8 output U0 All filename == END
 TABLE count 3 id = 2.7 data 0.1 -1e-3 - 5 END END
 TABLE id 3 count 2 data 1 2 END count 1 data 9 END END
 SET count = 2 id 3.9 data 10 20 30
@@ -120,7 +120,7 @@ sensor 1 2 3 1 1
 sensor 1 2 3 2 2
 uum ab.txt 1 0 0
 dump 0 0 0 8 8
-u0v0w0u1v1w1u2v2w2 w2 0 1 0
+u0v0w0u1v1w1u2v2w2 = 0 1 0
 dump 0 0 0 9 9
 u0v0w0u1v1w1u2v2w2u0 f 0 1 1
 requires 2 1
