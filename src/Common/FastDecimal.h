@@ -48,67 +48,79 @@ inline constexpr std::array<double, 23> exactPower = {1e0,  1e1,  1e2,  1e3,  1e
                                                       1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                       1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
+/// The value of a digit; 10 or more for any other character.
+inline unsigned int DigitValue(char c) {
+    return static_cast<unsigned char>(c - '0');
+}
+
 inline bool IsDigit(char c) {
-    return static_cast<unsigned char>(c - '0') < 10;
+    return DigitValue(c) < 10;
 }
 
 /// Appends the digits at `p` to `mantissa`; returns the place behind them. The place hangs on branches alone, which
 /// numbers of one format make predictable, so that a processor is far ahead in the text while it still multiplies.
 inline const char* AppendDigits(const char* p, std::uint64_t& mantissa) {
-    if (const std::uint64_t word = LoadEight(p); NonDigits(word) == 0) {
+    if (const std::uint64_t word = LoadEight(p); NonDigits(word) == 0) [[likely]] {
         mantissa = mantissa * digitScale[8] + DigitsValue(word, 8);
         p += 8;
     }
-    for (; IsDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p - '0');
+    for (; IsDigit(*p); ++p) mantissa = mantissa * 10 + DigitValue(*p);
     return p;
 }
 
 }  // namespace detail
 
-/// Converts the decimal number without a sign at `p`: digits, a point, an exponent. Returns the place behind it, or
-/// null when there is none there or its value is not sure to be the correctly rounded one; the general conversion
-/// then decides. The text must end in a byte that is no digit, with eight readable bytes behind it.
+/// Converts the decimal number without a sign at `p`: digits, a point, an exponent; `sign` is the sign bit that the
+/// value is to have. Returns the place behind it, or null when there is none there or its value is not sure to be the
+/// correctly rounded one; the general conversion then decides. The text must end in a byte that is no digit, with eight
+/// readable bytes behind it.
 ///
 /// Exactness (Clinger 1990): an integer of at most 2^53 and a power of ten of at most 10^22 are both doubles, so
 /// that their one product or quotient is correctly rounded.
-inline const char* FastDecimal(const char* p, double& value) {
+inline const char* FastDecimal(const char* p, std::uint64_t sign, double& value) {
     constexpr std::ptrdiff_t surelyExact = 15;
     constexpr std::ptrdiff_t mostDigits = 19;  // What 64 bits hold for sure.
     constexpr std::uint64_t largestExact = std::uint64_t{1} << 53U;
 
+    if (!detail::IsDigit(*p) && (*p != '.' || !detail::IsDigit(p[1]))) return nullptr;
     std::uint64_t mantissa = 0;
-    const char* const integer = p;
-    if (detail::IsDigit(*p) && p[1] == '.') {
-        mantissa = static_cast<std::uint64_t>(*p++ - '0');
+    const char* const first = p;
+    if (p[1] == '.') [[likely]] {
+        mantissa = detail::DigitValue(*p++);
     } else {
         p = detail::AppendDigits(p, mantissa);
     }
-    std::ptrdiff_t digits = p - integer;
-    std::ptrdiff_t places = 0;
-    if (*p == '.') {
+    std::ptrdiff_t exponent = 0;
+    bool point = false;
+    if (*p == '.') [[likely]] {
         const char* const fraction = p + 1;
         p = detail::AppendDigits(fraction, mantissa);
-        places = p - fraction;
-        digits += places;
+        exponent = fraction - p;
+        point = true;
     }
-    if (digits == 0) return nullptr;
-    if (digits > surelyExact && (digits > mostDigits || mantissa > largestExact)) return nullptr;
-    std::ptrdiff_t exponent = -places;
-    if ((*p | 0x20) == 'e') {
+    if (p - first > surelyExact) {
+        const std::ptrdiff_t digits = p - first - (point ? 1 : 0);
+        if (digits > surelyExact && (digits > mostDigits || mantissa > largestExact)) return nullptr;
+    }
+    if ((*p | 0x20) == 'e') [[likely]] {
         const char* q = p + 1;
         const bool negative = *q == '-';
         q += negative || *q == '+' ? 1 : 0;
-        if (!detail::IsDigit(*q)) return nullptr;
-        std::ptrdiff_t written = *q++ - '0';
-        if (detail::IsDigit(*q)) written = written * 10 + (*q++ - '0');
+        std::ptrdiff_t written = detail::DigitValue(*q++);
+        if (written > 9) return nullptr;
+        if (detail::IsDigit(*q)) [[likely]] {
+            written = written * 10 + detail::DigitValue(*q++);
+        }
         if (detail::IsDigit(*q)) return nullptr;
         exponent += negative ? -written : written;
         p = q;
     }
-    const auto significand = static_cast<double>(static_cast<std::int64_t>(mantissa));
     if (exponent < -22 || exponent > 22) return nullptr;
-    value = exponent < 0 ? significand / detail::exactPower[static_cast<std::size_t>(-exponent)]
-                         : significand * detail::exactPower[static_cast<std::size_t>(exponent)];
+    // The factor carries the sign, for it is known before the digits are converted.
+    const double power = detail::exactPower[static_cast<std::size_t>(exponent < 0 ? -exponent : exponent)];
+    const double factor = std::bit_cast<double>(std::bit_cast<std::uint64_t>(power) ^ sign);
+    const auto significand = static_cast<double>(static_cast<std::int64_t>(mantissa));
+    value = exponent < 0 ? significand / factor : significand * factor;
     return p;
 }
 

@@ -224,7 +224,8 @@ double DecimalValue(std::string_view text) {
     double value;
     if (size + sizeof(std::uint64_t) < padded.size()) {
         std::copy(p, end, padded.begin());
-        if (FastDecimal(padded.data(), value) == padded.data() + size) return negative ? -value : value;
+        const std::uint64_t sign = std::uint64_t{negative} << 63U;
+        if (FastDecimal(padded.data(), sign, value) == padded.data() + size) return value;
     }
     value = Rounded({p, size});
     return negative ? -value : value;
@@ -235,7 +236,7 @@ const char* ParseAnyNumber(const char* p, const char* end, double& value) {
     const char* q = p;
     while (q != end && IsSpace(*q)) ++q;
     q = SkipSign(q, end, negative);
-    const char* behind = FastDecimal(q, value);
+    const char* behind = FastDecimal(q, 0, value);
     if (behind == nullptr || Lower(*behind) == 'x') behind = ReadGeneral(q, end, value);
     if (behind == nullptr) {
         value = 0;

@@ -22,11 +22,10 @@ const char* ParseAnyNumber(const char* p, const char* end, double& value);
 inline const char* ParseNumber(const char* p, const char* end, double& value) {
     // Signs come in no order that could be predicted, so they are taken without a branch.
     const auto negative = static_cast<std::uint64_t>(*p == '-');
-    double magnitude;
-    const char* const behind = FastDecimal(p + (negative | static_cast<std::uint64_t>(*p == '+')), magnitude);
+    const char* const digits = p + (negative | static_cast<std::uint64_t>(*p == '+'));
+    const char* const behind = FastDecimal(digits, negative << 63U, value);
     // Of a hexadecimal number that takes the leading zero alone.
     if (behind == nullptr || (*behind | 0x20) == 'x') return ParseAnyNumber(p, end, value);
-    value = std::bit_cast<double>(std::bit_cast<std::uint64_t>(magnitude) ^ negative << 63U);
     return behind;
 }
 

@@ -18,8 +18,10 @@ const char* BehindDigits(const char* p) {
 
 const char* ScanLongNumber(const char* p, const char* end, double& value) {
     const char* const first = p;
-    p = BehindDigits(p);
-    std::ptrdiff_t digits = p - first;
+    p += *p == '-' || *p == '+' ? 1 : 0;
+    const char* const integer = p;
+    p = BehindDigits(integer);
+    std::ptrdiff_t digits = p - integer;
     if (*p == '.') {
         const char* const fraction = p + 1;
         p = BehindDigits(fraction);

@@ -30,7 +30,7 @@ inline bool EndsPlainNumber(const char* stop, const char* end) {
     return stop < end && terminator >= lexer::Blank && terminator <= lexer::LineEnd;
 }
 
-/// The number without a sign at `p`, if it is a plain one: see ScanPlainNumber. For those that FastDecimal leaves.
+/// What ScanPlainNumber gives for the numbers that FastDecimal leaves.
 const char* ScanLongNumber(const char* p, const char* end, double& value);
 
 /// Converts the number at `p` if it is one of the common kind: no blank behind the sign, and all of it before `end`.
@@ -39,11 +39,11 @@ inline const char* ScanPlainNumber(const char* p, const char* end, double& value
     // Signs come in no order that could be predicted, so they are taken without a branch.
     const auto negative = static_cast<std::uint64_t>(*p == '-');
     const char* const digits = p + (negative | static_cast<std::uint64_t>(*p == '+'));
-    double magnitude = 0.0;
-    const char* stop = FastDecimal(digits, magnitude);
-    if (stop == nullptr) stop = ScanLongNumber(digits, end, magnitude);
+    double number = 0.0;
+    const char* stop = FastDecimal(digits, negative << 63U, number);
+    if (stop == nullptr) stop = ScanLongNumber(p, end, number);
     if (stop == nullptr || !EndsPlainNumber(stop, end)) return nullptr;
-    value = std::bit_cast<double>(std::bit_cast<std::uint64_t>(magnitude) ^ negative << 63U);
+    value = number;
     return stop;
 }
 

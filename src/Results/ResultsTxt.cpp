@@ -45,6 +45,19 @@ const char* SkipTabs(const char* p) {
     return p;
 }
 
+/// Reads the values of a line from `p` on into the places from `value` to `behind`, which becomes the one behind the
+/// last value read. Stops before the end of the line when all places are taken, and where there is no number: no later
+/// column gets on there either.
+const char* ReadValues(const char* p, const char* end, double* value, const double*& behind) {
+    const char* start;
+    do {
+        start = p;
+        p = SkipTabs(ParseNumber(p, end, *value++));
+    } while (p != end && p != start && value != behind);
+    behind = value;
+    return p;
+}
+
 }  // namespace
 
 struct ResultsTxt::Storage : QueryRules {
@@ -94,12 +107,12 @@ void ResultsTxt::ReadData(const TextLine& line) {
         p = SkipTabs(p);
         more = p != line.end;
     }
-    for (double* value = s.values.NextRow(); more; ++count) {
-        const char* const start = p;
-        if (count < columns) p = SkipTabs(ParseNumber(p, line.end, *value++));
-        more = p != line.end;
-        // At a place where there is no number no later column gets on either.
-        if (more && p == start) ORVALO_RAISE(ResultsTxt, ReaderMessages::TooManyColumnsTxt, lineNumber);
+    if (more) {
+        double* const values = s.values.NextRow();
+        const double* behind = values + s.valueColumns;
+        p = ReadValues(p, line.end, values, behind);
+        if (p != line.end) ORVALO_RAISE(ResultsTxt, ReaderMessages::TooManyColumnsTxt, lineNumber);
+        count += static_cast<unsigned int>(behind - values);
     }
     if (count < columns) {
         ORVALO_RAISE(ResultsTxt, ReaderMessages::NotEnoughColumnsTxt, static_cast<int>(columns - count), lineNumber);
