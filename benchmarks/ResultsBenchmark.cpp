@@ -187,6 +187,10 @@ std::vector<Cell> Cells(bool shuffled) {
     return cells;
 }
 
+void InBothOrders(benchmark::internal::Benchmark* lookup) {
+    lookup->ArgName("shuffled")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", Fastest);
+}
+
 void LookupByLibrary(benchmark::State& state) {
     const auto results = Load(TextPath());
     const std::vector<Cell> cells = Cells(state.range(0) != 0);
@@ -197,12 +201,7 @@ void LookupByLibrary(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(cells.size()));
 }
-BENCHMARK(LookupByLibrary)
-    ->ArgName("shuffled")
-    ->Arg(0)
-    ->Arg(1)
-    ->Unit(benchmark::kMillisecond)
-    ->ComputeStatistics("min", Fastest);
+BENCHMARK(LookupByLibrary)->Apply(InBothOrders);
 
 struct CellHash {
     std::size_t operator()(const Cell& cell) const {
@@ -229,12 +228,7 @@ void LookupByMap(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(cells.size()));
 }
-BENCHMARK(LookupByMap)
-    ->ArgName("shuffled")
-    ->Arg(0)
-    ->Arg(1)
-    ->Unit(benchmark::kMillisecond)
-    ->ComputeStatistics("min", Fastest);
+BENCHMARK(LookupByMap)->Apply(InBothOrders);
 
 /// The peak memory in MiB of a process of its own that loads the file.
 double PeakMemory(const std::string& path) {

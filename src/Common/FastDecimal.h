@@ -68,57 +68,61 @@ inline const char* AppendDigits(const char* p, std::uint64_t& mantissa) {
     return p;
 }
 
+/// Adds the exponent at `p`, from its letter on, to `exponent`; returns the place behind it, or null for one without
+/// digits and for one of more than two.
+inline const char* AddExponent(const char* p, std::ptrdiff_t& exponent) {
+    const bool negative = *++p == '-';
+    p += negative || *p == '+' ? 1 : 0;
+    std::ptrdiff_t written = DigitValue(*p++);
+    if (written > 9) return nullptr;
+    if (IsDigit(*p)) [[likely]] {
+        written = written * 10 + DigitValue(*p++);
+    }
+    exponent += negative ? -written : written;
+    return IsDigit(*p) ? nullptr : p;
+}
+
 }  // namespace detail
 
-/// Converts the decimal number without a sign at `p`: digits, a point, an exponent; `sign` is the sign bit that the
-/// value is to have. Returns the place behind it, or null when there is none there or its value is not sure to be the
-/// correctly rounded one; the general conversion then decides. The text must end in a byte that is no digit, with eight
-/// readable bytes behind it.
+/// Converts the decimal number at `p`: a sign, digits, a point, an exponent. Returns the place behind it, or null when
+/// there is none there or its value is not sure to be the correctly rounded one; the general conversion then decides.
+/// The text must end in a byte that is neither sign nor digit, with eight readable bytes behind it.
 ///
 /// Exactness (Clinger 1990): an integer of at most 2^53 and a power of ten of at most 10^22 are both doubles, so
 /// that their one product or quotient is correctly rounded.
-inline const char* FastDecimal(const char* p, std::uint64_t sign, double& value) {
+inline const char* FastDecimal(const char* p, double& value) {
     constexpr std::ptrdiff_t surelyExact = 15;
     constexpr std::ptrdiff_t mostDigits = 19;  // What 64 bits hold for sure.
     constexpr std::uint64_t largestExact = std::uint64_t{1} << 53U;
 
+    // Signs come in no order that could be predicted, so they are taken without a branch.
+    const auto negative = static_cast<std::uint64_t>(*p == '-');
+    p += negative | static_cast<std::uint64_t>(*p == '+');
     if (!detail::IsDigit(*p) && (*p != '.' || !detail::IsDigit(p[1]))) return nullptr;
-    std::uint64_t mantissa = 0;
     const char* const first = p;
+    std::uint64_t mantissa = 0;
     if (p[1] == '.') [[likely]] {
         mantissa = detail::DigitValue(*p++);
     } else {
         p = detail::AppendDigits(p, mantissa);
     }
+    std::ptrdiff_t digits = p - first;
     std::ptrdiff_t exponent = 0;
-    bool point = false;
     if (*p == '.') [[likely]] {
         const char* const fraction = p + 1;
         p = detail::AppendDigits(fraction, mantissa);
         exponent = fraction - p;
-        point = true;
+        digits -= exponent;
     }
-    if (p - first > surelyExact) {
-        const std::ptrdiff_t digits = p - first - (point ? 1 : 0);
-        if (digits > surelyExact && (digits > mostDigits || mantissa > largestExact)) return nullptr;
-    }
+    if (digits > surelyExact && (digits > mostDigits || mantissa > largestExact)) return nullptr;
     if ((*p | 0x20) == 'e') [[likely]] {
-        const char* q = p + 1;
-        const bool negative = *q == '-';
-        q += negative || *q == '+' ? 1 : 0;
-        std::ptrdiff_t written = detail::DigitValue(*q++);
-        if (written > 9) return nullptr;
-        if (detail::IsDigit(*q)) [[likely]] {
-            written = written * 10 + detail::DigitValue(*q++);
-        }
-        if (detail::IsDigit(*q)) return nullptr;
-        exponent += negative ? -written : written;
-        p = q;
+        p = detail::AddExponent(p, exponent);
+        if (p == nullptr) return nullptr;
     }
     if (exponent < -22 || exponent > 22) return nullptr;
     // The factor carries the sign, for it is known before the digits are converted.
     const double power = detail::exactPower[static_cast<std::size_t>(exponent < 0 ? -exponent : exponent)];
-    const double factor = std::bit_cast<double>(std::bit_cast<std::uint64_t>(power) ^ sign);
+    const double factor = std::bit_cast<double>(std::bit_cast<std::uint64_t>(power) ^ negative << 63U);
     const auto significand = static_cast<double>(static_cast<std::int64_t>(mantissa));
     value = exponent < 0 ? significand / factor : significand * factor;
     return p;

@@ -216,28 +216,27 @@ const char* SkipSign(const char* p, const char* end, bool& negative) {
 }  // namespace
 
 double DecimalValue(std::string_view text) {
+    std::array<char, 48> padded{};
+    double value;
+    if (text.size() + sizeof(std::uint64_t) < padded.size()) {
+        std::copy(text.begin(), text.end(), padded.begin());
+        if (FastDecimal(padded.data(), value) == padded.data() + text.size()) return value;
+    }
     bool negative;
     const char* const end = text.data() + text.size();
     const char* const p = SkipSign(text.data(), end, negative);
-    const auto size = static_cast<std::size_t>(end - p);
-    std::array<char, 48> padded{};
-    double value;
-    if (size + sizeof(std::uint64_t) < padded.size()) {
-        std::copy(p, end, padded.begin());
-        const std::uint64_t sign = std::uint64_t{negative} << 63U;
-        if (FastDecimal(padded.data(), sign, value) == padded.data() + size) return value;
-    }
-    value = Rounded({p, size});
+    value = Rounded({p, static_cast<std::size_t>(end - p)});
     return negative ? -value : value;
 }
 
 const char* ParseAnyNumber(const char* p, const char* end, double& value) {
-    bool negative;
     const char* q = p;
     while (q != end && IsSpace(*q)) ++q;
+    const char* behind = FastDecimal(q, value);
+    if (behind != nullptr && Lower(*behind) != 'x') return behind;
+    bool negative;
     q = SkipSign(q, end, negative);
-    const char* behind = FastDecimal(q, 0, value);
-    if (behind == nullptr || Lower(*behind) == 'x') behind = ReadGeneral(q, end, value);
+    behind = ReadGeneral(q, end, value);
     if (behind == nullptr) {
         value = 0;
         return p;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <bit>
 #include <cstdint>
 #include <string_view>
 
@@ -20,10 +19,7 @@ const char* ParseAnyNumber(const char* p, const char* end, double& value);
 /// Returns the place behind it, or `p` with a value of 0 when there is none. `*end` must be readable, be no part of a
 /// number, and have eight readable bytes behind it.
 inline const char* ParseNumber(const char* p, const char* end, double& value) {
-    // Signs come in no order that could be predicted, so they are taken without a branch.
-    const auto negative = static_cast<std::uint64_t>(*p == '-');
-    const char* const digits = p + (negative | static_cast<std::uint64_t>(*p == '+'));
-    const char* const behind = FastDecimal(digits, negative << 63U, value);
+    const char* const behind = FastDecimal(p, value);
     // Of a hexadecimal number that takes the leading zero alone.
     if (behind == nullptr || (*behind | 0x20) == 'x') return ParseAnyNumber(p, end, value);
     return behind;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <bit>
 #include <cstdint>
 
 #include "Common/FastDecimal.h"
@@ -36,11 +35,8 @@ const char* ScanLongNumber(const char* p, const char* end, double& value);
 /// Converts the number at `p` if it is one of the common kind: no blank behind the sign, and all of it before `end`.
 /// Returns where it ends, or null.
 inline const char* ScanPlainNumber(const char* p, const char* end, double& value) {
-    // Signs come in no order that could be predicted, so they are taken without a branch.
-    const auto negative = static_cast<std::uint64_t>(*p == '-');
-    const char* const digits = p + (negative | static_cast<std::uint64_t>(*p == '+'));
     double number = 0.0;
-    const char* stop = FastDecimal(digits, negative << 63U, number);
+    const char* stop = FastDecimal(p, number);
     if (stop == nullptr) stop = ScanLongNumber(p, end, number);
     if (stop == nullptr || !EndsPlainNumber(stop, end)) return nullptr;
     value = number;

@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Common/ReaderMessages.h>
@@ -35,7 +36,8 @@ std::string WithoutPlace(const std::string& what) {
 }
 
 bool CanBeRead(const std::string& path) {
-    if (std::filesystem::is_fifo(path)) return true;  // It was read already, and would be waited for.
+    std::error_code unknown;
+    if (std::filesystem::is_fifo(path, unknown)) return true;  // It was read already, and would be waited for.
     std::ifstream file(path, std::ios::binary);
     file.peek();
     return file.is_open() && !file.bad();
