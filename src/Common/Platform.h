@@ -2,20 +2,22 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 
 /// Everything that the library asks of the operating system. A port replaces the one source file behind this.
 namespace orvalo::platform {
 
-/// A zeroed buffer of `count` elements, or null when the product overflows or memory does not suffice. From about a
-/// page on, memory is committed only as it is written, so a count that a file merely claims costs address space.
-std::shared_ptr<unsigned char[]> AllocateZeroed(std::size_t count, std::size_t elementSize) noexcept;
+/// How the system is to commit pages: one by one, so that nothing is taken for what is not written; or, where it can,
+/// in steps of a few MiB, so that filling them costs less.
+enum class Pages { Small, Large };
 
-/// As AllocateZeroed, for a buffer that will be filled from its start on: the system may commit it in steps of a few
-/// MiB, so that filling it costs less.
-std::shared_ptr<unsigned char[]> AllocateToFill(std::size_t count, std::size_t elementSize) noexcept;
+/// At least `size` zeroed bytes, or null. They are committed only as they are written.
+void* MapPages(std::size_t size, Pages pages) noexcept;
+/// Gives back what MapPages gave. False where the system refuses.
+bool UnmapPages(void* start, std::size_t size) noexcept;
+/// Gives back what the pages that lie within [start, start + size) hold: they stay mapped and read as zero.
+void DiscardPages(void* start, std::size_t size) noexcept;
 
 /// A file open for reading in binary mode.
 class InputFile {
@@ -39,7 +41,10 @@ private:
     int descriptor_ = -1;
 };
 
-bool FileExists(const std::string& path) noexcept;
+/// What can be said of a file by its path. It is not there only where the system says so; a directory that may not be
+/// searched, or a loop of links, hides it.
+enum class Presence { There, NotThere, Hidden };
+Presence LookFor(const std::string& path) noexcept;
 
 /// The path made absolute and freed of "." and "..", without following links. Nothing when the current directory is
 /// unknown. Throws std::bad_alloc.

@@ -1,8 +1,6 @@
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
-#include <limits>
 #include <new>
 #include <system_error>
 
@@ -15,64 +13,28 @@
 
 namespace orvalo::platform {
 
-namespace {
-
-// Smaller requests go to the heap. It may clear what it hands out, and so commit it; a page of that is affordable
-// even when a file asks for very many buffers.
-constexpr std::size_t mappedFrom = 4096;
-
-// Under the address sanitizer every buffer comes from its heap, which alone knows where buffers end.
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool heapOnly = true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-constexpr bool heapOnly = true;
+void* MapPages(std::size_t size, Pages pages) noexcept {
+    void* const mapped = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (mapped == MAP_FAILED) return nullptr;
+#if defined(MADV_HUGEPAGE)
+    // Where the system makes all pages large by itself, small ones are to be asked for.
+    ::madvise(mapped, size, pages == Pages::Large ? MADV_HUGEPAGE : MADV_NOHUGEPAGE);
 #else
-constexpr bool heapOnly = false;
+    static_cast<void>(pages);
 #endif
-#else
-constexpr bool heapOnly = false;
-#endif
-
-struct FreeHeap {
-    void operator()(unsigned char* buffer) const noexcept { std::free(buffer); }
-};
-
-struct Unmap {
-    std::size_t size;
-    void operator()(unsigned char* buffer) const noexcept { ::munmap(buffer, size); }
-};
-
-}  // namespace
-
-std::shared_ptr<unsigned char[]> AllocateZeroed(std::size_t count, std::size_t elementSize) noexcept {
-    constexpr auto largest = static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max());
-    if (elementSize != 0 && count > largest / elementSize) return nullptr;
-    const std::size_t size = std::max<std::size_t>(count * elementSize, 1);
-    try {
-        if (heapOnly || size < mappedFrom) {
-            auto* buffer = static_cast<unsigned char*>(std::calloc(size, 1));
-            if (buffer == nullptr) return nullptr;
-            return {buffer, FreeHeap{}};
-        }
-        void* mapped = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (mapped == MAP_FAILED) return nullptr;
-        return {static_cast<unsigned char*>(mapped), Unmap{size}};
-    } catch (const std::bad_alloc&) {
-        return nullptr;  // The pointer's bookkeeping did not fit; it has released the buffer.
-    }
+    return mapped;
 }
 
-std::shared_ptr<unsigned char[]> AllocateToFill(std::size_t count, std::size_t elementSize) noexcept {
-    auto buffer = AllocateZeroed(count, elementSize);
-#if defined(MADV_HUGEPAGE)
-    // Below this the pages at either end, which the system keeps small, would be most of the buffer.
-    constexpr std::size_t hugeFrom = std::size_t{4} << 20U;
-    if (!heapOnly && buffer && count * elementSize >= hugeFrom) {
-        ::madvise(buffer.get(), count * elementSize, MADV_HUGEPAGE);
-    }
-#endif
-    return buffer;
+bool UnmapPages(void* start, std::size_t size) noexcept {
+    return ::munmap(start, size) == 0;
+}
+
+void DiscardPages(void* start, std::size_t size) noexcept {
+    static const auto pageSize = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+    const auto first = (reinterpret_cast<std::uintptr_t>(start) + pageSize - 1) / pageSize * pageSize;
+    const auto last = (reinterpret_cast<std::uintptr_t>(start) + size) / pageSize * pageSize;
+    // Other advice than this one may leave the content in place until memory is short.
+    if (first < last) ::madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
 }
 
 InputFile::~InputFile() {
@@ -115,9 +77,12 @@ std::optional<std::uint64_t> InputFile::Size() const noexcept {
     return static_cast<std::uint64_t>(status.st_size);
 }
 
-bool FileExists(const std::string& path) noexcept {
+Presence LookFor(const std::string& path) noexcept {
     struct stat status {};
-    return ::stat(path.c_str(), &status) == 0;
+    // A path with a NUL would name what stands before it.
+    if (path.find('\0') != std::string::npos) return Presence::NotThere;
+    if (::stat(path.c_str(), &status) == 0) return Presence::There;
+    return errno == ENOENT || errno == ENOTDIR ? Presence::NotThere : Presence::Hidden;
 }
 
 std::optional<std::string> AbsolutePath(const std::string& path) {

@@ -6,7 +6,7 @@
 #include <limits>
 #include <memory>
 
-#include "Common/Platform.h"
+#include "Common/Buffers.h"
 
 namespace orvalo {
 
@@ -35,7 +35,7 @@ inline void StoreCube(unsigned char* record, std::uint64_t packed) {
 /// StoreCube writes as many. Null when they do not fit memory.
 inline std::shared_ptr<unsigned char[]> AllocateRecords(std::size_t count, std::size_t stride) {
     if (count > (std::numeric_limits<std::size_t>::max() - 1) / stride) return nullptr;
-    return platform::AllocateToFill(count * stride + 1, 1);
+    return AllocateToFill(count * stride + 1, 1);
 }
 
 }  // namespace orvalo

@@ -1,6 +1,6 @@
 #include <Orvalo3DReader/Model/Cubes.h>
 
-#include "Common/Platform.h"
+#include "Common/Buffers.h"
 #include "Common/Raise.h"
 #include "Model/CubeRecords.h"
 
@@ -27,7 +27,7 @@ void Cubes::AllocCubes(std::size_t count, bool withTemperatures) {
     cubesBuffer_ = AllocateRecords(count, cubeStride);
     if (!cubesBuffer_) Raise(module::Cubes, 56, ReaderMessages::OutOfMemory);
     if (!withTemperatures) return;
-    const auto bytes = platform::AllocateToFill(count, sizeof(double));
+    const auto bytes = AllocateToFill(count, sizeof(double));
     if (!bytes) Raise(module::Cubes, 62, ReaderMessages::OutOfMemory);
     temperaturesBuffer_ = {bytes, reinterpret_cast<double*>(bytes.get())};
 }

@@ -1,6 +1,6 @@
 #include <Orvalo3DReader/Model/Set.h>
 
-#include "Common/Platform.h"
+#include "Common/Buffers.h"
 #include "Common/Raise.h"
 
 namespace orvalo {
@@ -13,7 +13,7 @@ constexpr std::size_t bytesPerPoint = 2 * sizeof(Point);
 }  // namespace
 
 Set::Set(int setId, unsigned int pointsCount) : id(setId), count(pointsCount) {
-    storage_ = platform::AllocateZeroed(count, bytesPerPoint);
+    storage_ = AllocateZeroed(count, bytesPerPoint);
     if (!storage_) Raise(module::Set, 14, ReaderMessages::OutOfMemory);
     points = reinterpret_cast<Point*>(storage_.get());
 }

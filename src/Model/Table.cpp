@@ -2,7 +2,7 @@
 
 #include <Orvalo3DReader/Model/Table.h>
 
-#include "Common/Platform.h"
+#include "Common/Buffers.h"
 #include "Common/Raise.h"
 
 namespace orvalo {
@@ -11,7 +11,7 @@ void Table::Allocate(bool asDoubles) {
     doublePrecision = asDoubles;
     elementSize = asDoubles ? sizeof(double) : sizeof(float);
     data = nullptr;
-    storage_ = platform::AllocateToFill(count, elementSize);
+    storage_ = AllocateToFill(count, elementSize);
     if (!storage_) Raise(module::Table, 23, ReaderMessages::OutOfMemory);
     data = storage_.get();
 }

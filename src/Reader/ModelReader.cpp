@@ -99,9 +99,12 @@ void ModelReader::SetPath() {
 
 void ModelReader::OpenMainFile() {
     // The rule for included files comes first. By itself it opens hardly any path with a directory in it, so that the
-    // resolved path is the second choice.
+    // resolved path is the second choice, unless it is sure that no file is there.
+    using platform::LookFor;
+    using platform::Presence;
     const std::string completed = core_.lexer.Completed(path_);
-    const bool useResolved = !path_.empty() && !platform::FileExists(completed) && platform::FileExists(resolvedPath_);
+    const bool useResolved =
+        !path_.empty() && LookFor(completed) != Presence::There && LookFor(resolvedPath_) != Presence::NotThere;
     core_.lexer.OpenCompleted(useResolved ? resolvedPath_ : completed);
 }
 

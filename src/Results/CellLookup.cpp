@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "Common/Platform.h"
+#include "Common/Buffers.h"
 
 namespace orvalo {
 
@@ -73,10 +73,10 @@ std::size_t CellLookup::NumberLeaves(std::span<const CoordinateRun> runs) {
 bool CellLookup::Build(std::span<const CoordinateRun> runs) {
     if (!Measure(runs)) return false;
     const std::uint64_t entries = (volume_ + leafCells - 1) / leafCells;
-    directoryBuffer_ = platform::AllocateZeroed(entries, sizeof(std::uint32_t));
+    directoryBuffer_ = AllocateZeroed(entries, sizeof(std::uint32_t));
     if (!directoryBuffer_) return false;
     directory_ = reinterpret_cast<std::uint32_t*>(directoryBuffer_.get());
-    leavesBuffer_ = platform::AllocateToFill(NumberLeaves(runs) + 1, leafCells * sizeof(std::uint32_t));
+    leavesBuffer_ = AllocateToFill(NumberLeaves(runs) + 1, leafCells * sizeof(std::uint32_t));
     if (!leavesBuffer_) return false;
     leaves_ = reinterpret_cast<std::uint32_t*>(leavesBuffer_.get());
 

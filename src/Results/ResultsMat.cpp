@@ -4,7 +4,7 @@
 
 #include <Orvalo3DReader/Results/ResultsMat.h>
 
-#include "Common/Platform.h"
+#include "Common/Buffers.h"
 #include "Common/Raise.h"
 #include "Results/QueryRules.h"
 
@@ -40,7 +40,7 @@ void ResultsMat::DefineValues(unsigned int columns, unsigned int rows) {
 // machine has yet to be given it.
 double* ResultsMat::AllocateValues(unsigned int column) {
     auto& buffer = storage_->valueBuffers[column];
-    buffer = platform::AllocateZeroed(storage_->rowCount, sizeof(double));
+    buffer = AllocateZeroed(storage_->rowCount, sizeof(double));
     if (!buffer) ORVALO_RAISE(ResultsMat, ReaderMessages::OutOfMemory);
     return storage_->values[column] = reinterpret_cast<double*>(buffer.get());
 }
@@ -48,7 +48,7 @@ double* ResultsMat::AllocateValues(unsigned int column) {
 short* ResultsMat::AllocateIndices(unsigned int columns, unsigned int rows) {
     storage_->indexColumns = columns;
     storage_->indexRows = rows;
-    storage_->indexBuffer = platform::AllocateZeroed(std::size_t{columns} * rows, sizeof(short));
+    storage_->indexBuffer = AllocateZeroed(std::size_t{columns} * rows, sizeof(short));
     if (!storage_->indexBuffer) ORVALO_RAISE(ResultsMat, ReaderMessages::OutOfMemory);
     return storage_->indices = reinterpret_cast<short*>(storage_->indexBuffer.get());
 }

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "Common/Platform.h"
+#include "Common/Buffers.h"
 
 namespace orvalo {
 
@@ -69,7 +69,7 @@ private:
     bool TakeBlocks() {
         const std::size_t count = std::clamp<std::size_t>(blocks_.size(), 1, mostAtOnce);
         const std::size_t entries = columns_ << shift_;
-        buffers_.push_back(platform::AllocateToFill(count, entries * sizeof(T)));
+        buffers_.push_back(AllocateToFill(count, entries * sizeof(T)));
         if (!buffers_.back()) return false;
         auto* const first = reinterpret_cast<T*>(buffers_.back().get());
         for (std::size_t i = 0; i < count; ++i) blocks_.push_back(first + i * entries);

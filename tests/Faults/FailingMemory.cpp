@@ -1,3 +1,4 @@
+#include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -45,10 +46,12 @@ void* mmap(void* address, size_t size, int protection, int flags, int descriptor
     if (Fails(memory, ENOMEM)) return reinterpret_cast<void*>(-1);
     const long mapped = ::syscall(SYS_mmap, address, size, protection, flags, descriptor, offset);
     if (mapped != -1) ++held.mappings;
+    if (mapped != -1 && largePages) ::madvise(reinterpret_cast<void*>(mapped), size, MADV_HUGEPAGE);
     return reinterpret_cast<void*>(mapped);
 }
 
 int munmap(void* address, size_t size) {
+    if (Fails(unmapping, ENOMEM)) return -1;
     --held.mappings;
     return static_cast<int>(::syscall(SYS_munmap, address, size));
 }

@@ -23,6 +23,10 @@ struct Series {
 
 /// malloc, calloc, realloc, aligned_alloc and mmap, and through them operator new. Null for none.
 inline Series* memory = nullptr;
+/// munmap, as where a process has as many mappings as it may have.
+inline Series* unmapping = nullptr;
+/// Whether the system makes all anonymous pages large, unless told otherwise.
+inline bool largePages = false;
 /// open, read, and fstat or stat.
 inline Series* opening = nullptr;
 inline Series* reading = nullptr;

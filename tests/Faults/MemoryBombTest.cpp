@@ -1,10 +1,20 @@
+#include <algorithm>
 #include <functional>
 #include <iostream>
+#include <iterator>
+#include <limits>
+#include <numeric>
+#include <random>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "Common/Buffers.h"
+#include "Faults/Faults.h"
 #include "Faults/Subjects.h"
 
 namespace orvalo::faults {
@@ -161,6 +171,18 @@ TEST(MemoryBombs, CommitNoMoreThanPromised) {
     }
 }
 
+/// Where all pages are large, one point of a list would otherwise commit 2 MiB.
+TEST(MemoryBombs, ClaimedCountsTakeNoLargePages) {
+    const std::string content = head + Repeated(87000, [](std::size_t i) {
+                                    return "SET id " + std::to_string(i) + " count 524288 data 1 1 1 END END\n";
+                                });
+    const std::string path = support::WriteFile("bomb", content);
+    largePages = true;
+    const Cost cost = Measure([&] { return support::ReadPath(path).code; });
+    largePages = false;
+    ExpectCost("large pages", cost, 143, content.size());
+}
+
 TEST(MemoryBombs, AThousandNestedIncludes) {
     const auto name = [](int i) { return "nested" + std::to_string(i); };
     std::size_t size = 0;
@@ -173,6 +195,80 @@ TEST(MemoryBombs, AThousandNestedIncludes) {
     const std::string path = support::ScratchDirectory() + '/' + name(0);
     // Each is opened, and nothing defined.
     ExpectCost("nested includes", Measure([&] { return support::ReadPath(path).code; }), 136, size);
+}
+
+/// Mappings of this process.
+long Mappings() {
+    std::ifstream maps("/proc/self/maps");
+    return std::count(std::istreambuf_iterator<char>(maps), {}, '\n');
+}
+
+/// The system merges neighbouring mappings, and refuses to unmap what would split them beyond its limit.
+TEST(ReleasedMemory, IsBackAfterHalfAMillionSetsInRandomOrder) {
+    std::vector<int> ids(500000);
+    std::iota(ids.begin(), ids.end(), 1);
+    std::shuffle(ids.begin(), ids.end(), std::minstd_rand(1));
+    std::string text = head;
+    for (const int id : ids) text += "SET id " + std::to_string(id) + " count 342 data 1 1 1 END END\n";
+    const std::string path = support::WriteFile("sets", text);
+    const long mappings = Mappings();
+    const Held before = held;
+    for (int i = 0; i < 10; ++i) {
+        const long residentKiB = StatusKiB("VmRSS");
+        EXPECT_EQ(support::ReadPath(path).model->sets.size(), ids.size());
+        ::malloc_trim(0);  // What the C library keeps of the small blocks is its own affair.
+        EXPECT_LE(StatusKiB("VmRSS"), residentKiB + 1024);
+        EXPECT_LE(Mappings(), mappings);
+    }
+    EXPECT_EQ(held, before);
+}
+
+/// What could not be unmapped holds no memory, and is unmapped with the next buffer.
+TEST(ReleasedMemory, IsNotLostWhereUnmappingFails) {
+    constexpr std::size_t size = std::size_t{16} << 20U;
+    for (const auto allocate : {AllocateZeroed, AllocateToFill}) {
+        const long mappings = held.mappings;
+        const long residentKiB = StatusKiB("VmRSS");
+        Series series{1, true};
+        for (int i = 0; i < 2; ++i) {
+            const auto buffer = allocate(size, 1);
+            std::fill_n(buffer.get(), size, static_cast<unsigned char>(1));
+            unmapping = &series;
+        }
+        unmapping = nullptr;
+        EXPECT_EQ(held.mappings, mappings + 2);
+        EXPECT_LE(StatusKiB("VmRSS"), residentKiB + 1024);
+        allocate(size, 1);
+        EXPECT_EQ(held.mappings, mappings);
+    }
+}
+
+/// Of buffers that share a mapping each gives back its own pages, and none is handed out with what another one held.
+TEST(ReleasedMemory, IsGivenBackBufferByBuffer) {
+    constexpr std::size_t size = std::size_t{1} << 19U;
+    std::vector<std::shared_ptr<unsigned char[]>> buffers;
+    const long residentKiB = StatusKiB("VmRSS");
+    for (int i = 0; i < 100; ++i) {
+        buffers.push_back(AllocateZeroed(size, 1));
+        EXPECT_EQ(std::count(buffers.back().get(), buffers.back().get() + size, 0), size);
+        std::fill_n(buffers.back().get(), size, static_cast<unsigned char>(i + 1));
+        if (i % 10 != 9) buffers.erase(buffers.end() - 1);
+    }
+    EXPECT_LE(StatusKiB("VmRSS"), residentKiB + (11 << 9U));
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(std::count(buffers[i].get(), buffers[i].get() + size, 10 * i + 10), size);
+    }
+}
+
+TEST(ReleasedMemory, SizesNeverWrap) {
+    constexpr std::size_t largest = std::numeric_limits<std::size_t>::max();
+    for (const auto& [count, size] : {std::pair{largest, std::size_t{1}},
+                                      {largest / 8 + 2, std::size_t{8}},
+                                      {std::size_t{1} << 61U, std::size_t{8}},
+                                      {largest / 2, std::size_t{1}}}) {
+        EXPECT_EQ(AllocateZeroed(count, size), nullptr);
+        EXPECT_EQ(AllocateToFill(count, size), nullptr);
+    }
 }
 
 }  // namespace

@@ -26,7 +26,8 @@ public:
 
     /// The same failure as `inner`, with the input file, line and column at which reading stopped put before its
     /// message. Code and library source place stay those of `inner`. A message of more than 1023 characters ends
-    /// the process.
+    /// the process. Line and column are counted in 64 bits and reported in the low 32, as a signed number: beyond 2^31
+    /// bytes in one line the column turns negative.
     Exception(Exception& inner, const std::string& fileName, int line, int column);
 
     /// Copies all, a description that was composed included.

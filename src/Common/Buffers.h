@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+namespace orvalo {
+
+/// A zeroed buffer of `count` elements, or null when the product overflows or memory does not suffice. From about a
+/// page on, memory is committed only as it is written, so a count that a file merely claims costs address space.
+/// Buffers may be made and released by several threads at once.
+std::shared_ptr<unsigned char[]> AllocateZeroed(std::size_t count, std::size_t elementSize) noexcept;
+
+/// As AllocateZeroed, for a buffer that will be filled from its start on: the system may commit it in steps of a few
+/// MiB, so that filling it costs less.
+std::shared_ptr<unsigned char[]> AllocateToFill(std::size_t count, std::size_t elementSize) noexcept;
+
+}  // namespace orvalo
