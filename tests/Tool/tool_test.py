@@ -180,15 +180,6 @@ class ToolTest(unittest.TestCase):
         for in_text, in_mat in zip(text['columns'], mat['columns'], strict=True):
             self.assertEqual({**in_text, 'name': None}, in_mat)
 
-    def test_models_of_the_format_page(self):
-        page = (ROOT / 'docs' / 'model-format.md').read_text()
-        models = re.findall(r'^```text complete\n(.*?)^```$', page, re.M | re.S)
-        self.assertGreater(len(models), 2)
-        for model in models:
-            self.write({'page.model': model})
-            done = self.run_tool('check page.model')
-            self.assertEqual((done.returncode, done.stderr), (0, b''), model)
-
     def test_colour_only_where_welcome(self):
         self.write({'bad.model': BAD})
         self.assertIn('\033[', self.run_on_terminal('check bad.model'))
