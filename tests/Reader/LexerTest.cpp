@@ -156,25 +156,28 @@ std::int64_t Converted(const std::string& text, Convert convert) {
 }
 
 TEST(ReaderCore, MatchesKeywords) {
+    struct Word {
+        std::string_view word;
+    };
     const struct {
-        const char* list;
+        std::vector<Word> words;
         int index;
         std::vector<const char*> texts;
     } table[] = {
-        {"analysis.cubes.set.", 0, {"ANALYSIS"}},
-        {"analysis.cubes.set.", 2, {"set"}},
-        {"analysis.cubes.set.", -178, {"analys", "analysisx", "5", "\"cubes\"", "", "x"}},
-        // A keyword that goes on behind a word passes the next word uncounted.
-        {"a.b.ab.", 1, {"ab", "b"}},
-        {"a.ab.c.", -178, {"ab"}},
-        {"ab.x.y.abc.", 2, {"abc", "y"}},
-        {"a.", -178, {"ab"}},
+        {{{"analysis"}, {"cubes"}, {"set"}}, 0, {"ANALYSIS"}},
+        {{{"analysis"}, {"cubes"}, {"set"}}, 2, {"set"}},
+        {{{"analysis"}, {"cubes"}, {"set"}}, -178, {"analys", "analysisx", "5", "\"cubes\"", "", "x"}},
+        // A keyword that goes on after a word passes the next word uncounted.
+        {{{"a"}, {"b"}, {"ab"}}, 1, {"ab", "b"}},
+        {{{"a"}, {"ab"}, {"c"}}, -178, {"ab"}},
+        {{{"ab"}, {"x"}, {"y"}, {"abc"}}, 2, {"abc", "y"}},
+        {{{"a"}}, -178, {"ab"}},
     };
     for (const auto& row : table) {
         const auto match = [&row](const ReaderCore& core) {
-            return static_cast<int>(core.MatchKeyword(row.list, ReaderMessages::UnknownKeyword));
+            return static_cast<int>(core.Match({row.words.data(), row.words.size()}, ReaderMessages::UnknownKeyword));
         };
-        for (const char* text : row.texts) EXPECT_EQ(Converted(text, match), row.index) << text << " in " << row.list;
+        for (const char* text : row.texts) EXPECT_EQ(Converted(text, match), row.index) << text;
     }
 }
 
