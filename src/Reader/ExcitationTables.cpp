@@ -101,6 +101,17 @@ void GenerateTables(Model& model, bool doublePrecision) {
     }
 }
 
+void CheckGeneratedTables(ReaderCore& core, const Model& model) {
+    for (const Actuator& actuator : model.actuators) {
+        if (actuator.tableId != 0) continue;
+        Table table;
+        core.Attempt([&] {
+            table.count = SampleCount(actuator.definition, model.timeStep);
+            ModelAccess::Allocate(table, true);
+        });
+    }
+}
+
 void AssignTables(Model& model) {
     for (Actuator& actuator : model.actuators) actuator.table = model.tables.at(actuator.tableId).get();
 }

@@ -275,6 +275,41 @@ InputPlace Lexer::Place() const noexcept {
     return files_[static_cast<std::size_t>(placeFile_)]->MarkedPlace();
 }
 
+std::pair<int, std::uint64_t> Lexer::PlaceKey() const noexcept {
+    return {placeFile_, placeFile_ < 0 ? 0 : files_[static_cast<std::size_t>(placeFile_)]->MarkedOffset()};
+}
+
+std::uint64_t Lexer::PlaceLine() const noexcept {
+    return placeFile_ < 0 ? 0 : files_[static_cast<std::size_t>(placeFile_)]->MarkedLine();
+}
+
+std::string_view Lexer::RestOfLine() const noexcept {
+    const LexerFile& file = *current_;
+    const std::string_view rest(file.cursor, static_cast<std::size_t>(file.end - file.cursor));
+    return file.LastByte() == '\n' ? std::string_view() : rest.substr(0, rest.find('\n'));
+}
+
+void Lexer::Recover() {
+    if (!current_) return;
+    if (current_->cursor == nullptr) {
+        if (current_->parent >= 0) current_ = files_[static_cast<std::size_t>(current_->parent)];
+    } else if (current_->HasFailed()) {
+        current_->GiveUp();
+    } else if (std::string_view("#/!").find(current_->LastByte()) != std::string_view::npos) {
+        SkipLine();
+    }
+}
+
+void Lexer::SkipLine() {
+    LexerFile& file = *current_;
+    if (file.LastByte() == '\n') return;
+    for (;;) {
+        const unsigned char byte = file.Get();
+        if (byte == '\n') return file.PutBack(byte);
+        if (byte == 0) return;
+    }
+}
+
 void Lexer::ResetPosition() {
     position = {};
     placeFile_ = -1;

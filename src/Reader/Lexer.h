@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "Reader/LexerFile.h"
@@ -50,6 +52,18 @@ public:
 
     /// The first byte of the last token or bulk number; without a path when no file was being read.
     InputPlace Place() const noexcept;
+
+    /// The file, by its number, and the offset of Place; its line.
+    std::pair<int, std::uint64_t> PlaceKey() const noexcept;
+    std::uint64_t PlaceLine() const noexcept;
+    /// What follows on the current line, as far as it was read.
+    std::string_view RestOfLine() const noexcept;
+
+    /// After an error: makes the next token readable. A file that cannot be read is left, and so is the rest of a line
+    /// after a byte that begins a comment in other formats.
+    void Recover();
+    /// Leaves the rest of the current line.
+    void SkipLine();
 
     /// Forgets position and place, for the start of a read.
     void ResetPosition();

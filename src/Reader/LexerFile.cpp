@@ -45,6 +45,12 @@ void LexerFile::Close() noexcept {
     cursor = end = nullptr;
 }
 
+void LexerFile::GiveUp() noexcept {
+    failed_ = false;
+    exhausted_ = true;
+    stream_.Close();
+}
+
 unsigned char LexerFile::GetAtEnd() {
     // Short of the end it is a NUL byte of the file, which ends it.
     if (cursor != end || !Refill()) return 0;
@@ -63,7 +69,8 @@ bool LexerFile::Refill() {
     *Begin() = '\0';
 
     const auto got = stream_.Read(Begin(), bufferSize_);
-    if (!got) ORVALO_RAISE(LexerFile, ReaderMessages::ErrorReadingInputFile, Quoted(path).c_str());
+    failed_ = !got;
+    if (failed_) ORVALO_RAISE(LexerFile, ReaderMessages::ErrorReadingInputFile, Quoted(path).c_str());
     if (*got < bufferSize_) {
         exhausted_ = true;
         stream_.Close();  // Many files may be open at once while includes nest.

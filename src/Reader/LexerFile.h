@@ -46,6 +46,16 @@ public:
         markColumn_ = 0;
     }
 
+    std::uint64_t MarkedOffset() const noexcept { return markOffset_; }
+    std::uint64_t MarkedLine() const noexcept { return markLine_; }
+
+    /// The byte before the cursor, or what stood there in another buffer.
+    char LastByte() const { return cursor[-1]; }
+    /// Whether reading on has failed.
+    bool HasFailed() const { return failed_; }
+    /// Takes what was read for all of the file.
+    void GiveUp() noexcept;
+
     /// The marked place. Leaves `path` empty where memory does not suffice for it.
     InputPlace MarkedPlace() const noexcept;
 
@@ -74,6 +84,7 @@ private:
 
     platform::InputFile stream_;
     bool exhausted_ = false;
+    bool failed_ = false;
     std::unique_ptr<char[]> buffer_;
     std::size_t bufferSize_ = 0;
     std::uint64_t bufferOffset_ = 0;

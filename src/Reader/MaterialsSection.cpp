@@ -1,3 +1,5 @@
+#include <string_view>
+
 #include "Common/Raise.h"
 #include "Reader/Sections.h"
 
@@ -51,6 +53,32 @@ void ReadProperties(ReaderCore& core, std::int64_t format, Material& material) {
     }
 }
 
+/// Whether the rest of a line may be that of a material, rather than more coefficients.
+bool NamesSomething(std::string_view rest) {
+    for (std::size_t i = 0; i < rest.size(); ++i) {
+        if (rest[i] == '"') return true;
+        const bool letter = (rest[i] | 0x20) >= 'a' && (rest[i] | 0x20) <= 'z';
+        if (letter && (i == 0 || rest[i - 1] == ' ' || rest[i - 1] == '\t')) return true;
+    }
+    return false;
+}
+
+/// Reads a material from its number on. The number counts as defined even if the rest fails.
+void ReadMaterial(ReaderCore& core, MaterialRepository& materials) {
+    const int fileIndex = ReadMaterialNumber(core, materials);
+    Material material;
+    const bool whole = core.Attempt([&] {
+        core.NextToken();
+        const std::int64_t format = ReadMaterialFormat(core);
+        core.NextToken();
+        if (core.token.type != TokenType::String) ORVALO_RAISE(SectionReader, ReaderMessages::MaterialNameExpected);
+        material.name = core.token.text;
+        ReadProperties(core, format, material);
+    });
+    materials.Add(material, fileIndex);
+    if (!whole) core.ResumeOnLaterLine(NamesSomething);
+}
+
 }  // namespace
 
 WordList MaterialsWords() {
@@ -58,18 +86,14 @@ WordList MaterialsWords() {
 }
 
 void ReadMaterialsSection(ReaderCore& core, const ModelReading& reading) {
-    MaterialRepository& materials = reading.model.materials;
     for (;;) {
-        core.NextToken();
-        if (core.IsKeyword("end")) return;
-        const int fileIndex = ReadMaterialNumber(core, materials);
-        core.NextToken();
-        const std::int64_t format = ReadMaterialFormat(core);
-        core.NextToken();
-        if (core.token.type != TokenType::String) ORVALO_RAISE(SectionReader, ReaderMessages::MaterialNameExpected);
-        Material material(core.token.text);
-        ReadProperties(core, format, material);
-        materials.Add(material, fileIndex);
+        const bool whole = core.Attempt([&] {
+            core.NextToken();
+            if (!core.IsKeyword("end")) ReadMaterial(core, reading.model.materials);
+        });
+        if (!whole && core.AtSection()) return core.Hold();
+        if (!whole) core.ResumeOnLaterLine(NamesSomething);
+        if (whole && core.IsKeyword("end") && !core.IsHeld()) return;
     }
 }
 

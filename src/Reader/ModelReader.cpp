@@ -102,11 +102,15 @@ void ModelReader::OpenMainFile() {
 }
 
 void ModelReader::ReadWholeModel(const ModelReading& reading) {
-    for (core_.NextToken(); core_.token.type != TokenType::EndOfFile; core_.NextToken()) ReadSection(reading);
+    ReadSections(reading);
     CheckComplete(reading.model);
-    CheckRequiredTables(reading.model);
-    GenerateTables(reading.model, reading.doublePrecision);
-    AssignTables(reading.model);
+    CheckRequiredTables(core_, reading.model);
+    if (core_.recovery == nullptr) {
+        GenerateTables(reading.model, reading.doublePrecision);
+        AssignTables(reading.model);
+    } else {
+        CheckGeneratedTables(core_, reading.model);
+    }
 }
 
 /// Takes the grid from wherever its keywords stand: without the other grammars it is not known where sections begin.
@@ -121,29 +125,66 @@ void ModelReader::ReadOnlyCubes(const ModelReading& reading) {
     if (!IsDefined(SectionOrder::Cubes)) ORVALO_RAISE(Reader, ReaderMessages::CubesNotDefined);
 }
 
-void ModelReader::ReadSection(const ModelReading& reading) {
-    const Section& section = sections[core_.Match(sections, ReaderMessages::SectionNameExpected)];
-    CheckOrder(section);
-    NoteDefined(section);
-    section.read(core_, reading);
+void ModelReader::ReadSections(const ModelReading& reading) {
+    for (bool moveOn = true;;) {
+        bool named = false;
+        try {
+            if (moveOn) core_.NextToken();
+            if (core_.token.type == TokenType::EndOfFile) return;
+            const Section& section = sections[core_.Match(sections, ReaderMessages::SectionNameExpected)];
+            named = true;
+            ReadSection(section, reading);
+            moveOn = true;
+        } catch (const Exception& failure) {
+            if (!core_.Recovers(failure)) throw;
+            moveOn = named;
+            if (!named) core_.ResumeAtSection();
+        }
+    }
 }
 
-void ModelReader::CheckOrder(const Section& section) const {
+void ModelReader::ReadSection(const Section& section, const ModelReading& reading) {
+    if (core_.recovery == nullptr) {
+        CheckOrder(section);
+        NoteDefined(section);
+        return section.read(core_, reading);
+    }
+    core_.recovery->SectionBegins(section);
+    const bool again = section.order != SectionOrder::Any && IsDefined(section.order);
+    core_.Attempt([&] { CheckOrder(section); });
+    NoteDefined(section);
+    // A second grid, or second materials, must not be taken for the first.
+    Model apart;
+    apart.materials = reading.model.materials;
+    apart.timeStep = reading.model.timeStep;
+    if (section.order == SectionOrder::Materials) apart.materials = {};
+    ModelReading own = {again ? apart : reading.model, reading.doublePrecision, reading.cubesOnly, reading.progress};
+    core_.Attempt([&] { section.read(core_, own); });
+    core_.recovery->SectionEnds();
+}
+
+/// Where reading goes on after an error, what should have come before counts as if it had.
+void ModelReader::CheckOrder(const Section& section) {
     for (std::size_t i = 0; i < std::size(leadingSections); ++i) {
         const auto order = static_cast<SectionOrder>(i);
         if (section.order == order) {
             if (IsDefined(order)) ORVALO_RAISE(Reader, leadingSections[i].alreadyDefined);
             return;
         }
-        if (!IsDefined(order)) ORVALO_RAISE(Reader, leadingSections[i].expected);
+        if (!IsDefined(order) && (assumed_ >> i & 1U) == 0) {
+            assumed_ |= 1U << i;
+            ORVALO_RAISE(Reader, leadingSections[i].expected);
+        }
     }
 }
 
-void ModelReader::CheckComplete(const Model& model) const {
+void ModelReader::CheckComplete(const Model& model) {
     for (std::size_t i = 0; i < std::size(leadingSections); ++i) {
-        if (!IsDefined(static_cast<SectionOrder>(i))) ORVALO_RAISE(Reader, leadingSections[i].notDefined);
+        if (IsDefined(static_cast<SectionOrder>(i)) || (assumed_ >> i & 1U) != 0) continue;
+        core_.Attempt([&] { ORVALO_RAISE(Reader, leadingSections[i].notDefined); });
     }
-    CheckExcitationAndOutput(model);
+    core_.Attempt([&] { CheckExcitation(model); });
+    core_.Attempt([&] { CheckOutput(model); });
 }
 
 void ModelReader::NoteDefined(const Section& section) {

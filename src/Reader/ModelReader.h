@@ -19,6 +19,10 @@ public:
     ModelReader(const std::string& path, bool cubesOnly, std::size_t bufferSize = Lexer::defaultBufferSize)
         : path_(path), cubesOnly_(cubesOnly), core_(bufferSize) {}
 
+    /// Has errors noted and reading go on after them; must outlive Execute.
+    void RecoverWith(Recovery* recovery) { core_.recovery = recovery; }
+    const ReaderCore& Core() const { return core_; }
+
     void TraceCurrentCube(unsigned long long* counter) { progress_ = counter; }
     void Execute(Model& model, bool doublePrecision);
     const InputPlace& FailurePlace() const { return failurePlace_; }
@@ -29,9 +33,10 @@ private:
     void OpenMainFile();
     void ReadWholeModel(const ModelReading& reading);
     void ReadOnlyCubes(const ModelReading& reading);
-    void ReadSection(const ModelReading& reading);
-    void CheckOrder(const Section& section) const;
-    void CheckComplete(const Model& model) const;
+    void ReadSections(const ModelReading& reading);
+    void ReadSection(const Section& section, const ModelReading& reading);
+    void CheckOrder(const Section& section);
+    void CheckComplete(const Model& model);
     void NoteDefined(const Section& section);
     bool IsDefined(SectionOrder order) const;
 
@@ -42,6 +47,8 @@ private:
     unsigned long long* progress_ = nullptr;
     /// A bit for each SectionOrder of which a section was met.
     unsigned int defined_ = 0;
+    /// A bit for each that was missed where it should have come first.
+    unsigned int assumed_ = 0;
 
     ReaderCore core_;
     std::string resolvedPath_;

@@ -6,31 +6,38 @@ namespace orvalo {
 
 namespace {
 
-/// Marks the defined ones among the required tables and returns the smallest ID that is not among them; 0 for none.
-int MissingTable(std::map<int, int>& required, const std::map<int, std::shared_ptr<Table>>& defined) {
+/// Marks the defined ones among the required tables and calls `raise` for the IDs that are not among them.
+template <class RaiseMissing>
+void CheckTables(ReaderCore& core, std::map<int, int>& required, const std::map<int, std::shared_ptr<Table>>& defined,
+                 const RaiseMissing& raise) {
     for (const auto& entry : defined) required[entry.first] = 1;
     for (const auto& [id, found] : required) {
-        if (found == 0) return id;
+        if (found != 0) continue;
+        core.subject = id;
+        core.Attempt([&, missing = id] { raise(missing); });
     }
-    return 0;
 }
 
 }  // namespace
 
-void CheckExcitationAndOutput(const Model& model) {
+void CheckExcitation(const Model& model) {
     if (model.actuators.empty() && model.piezos.empty()) {
         ORVALO_RAISE(Reader, ReaderMessages::ActuatorPiezoNotDefined);
     }
+}
+
+void CheckOutput(const Model& model) {
     if (model.sensors.empty() && model.dumps.empty()) ORVALO_RAISE(Reader, ReaderMessages::SensorDumpNotDefined);
 }
 
-void CheckRequiredTables(Model& model) {
+void CheckRequiredTables(ReaderCore& core, Model& model) {
     for (const auto& piezo : model.piezos) {
-        const int missing = MissingTable(piezo->usedTables, piezo->tables);
-        if (missing != 0) ORVALO_RAISE(Reader, ReaderMessages::PiezoTableMissing, piezo->shared.id, missing);
+        CheckTables(core, piezo->usedTables, piezo->tables, [&](int missing) {
+            ORVALO_RAISE(Reader, ReaderMessages::PiezoTableMissing, piezo->shared.id, missing);
+        });
     }
-    const int missing = MissingTable(model.requiredTables, model.tables);
-    if (missing != 0) ORVALO_RAISE(Reader, ReaderMessages::TableMissing, missing);
+    CheckTables(core, model.requiredTables, model.tables,
+                [](int missing) { ORVALO_RAISE(Reader, ReaderMessages::TableMissing, missing); });
 }
 
 }  // namespace orvalo

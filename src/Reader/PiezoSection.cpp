@@ -77,16 +77,28 @@ PiezoData::Cell ReadPoint(ReaderCore& core, Piezo& piezo) {
 void ReadPoints(ReaderCore& core, PiezoReading& reading) {
     Piezo& piezo = reading.piezo;
     const std::size_t count = piezo.data.Count();
-    if (count == 0) ORVALO_RAISE(PiezoReader, ReaderMessages::CountPropertyMissing);
+    core.Attempt([&] {
+        if (count == 0) ORVALO_RAISE(PiezoReader, ReaderMessages::CountPropertyMissing);
+    });
     std::size_t read = 0;
-    for (core.NextToken(); !core.IsKeyword("end"); core.NextToken()) {
-        ModelAccess::Add(piezo.data, ReadPoint(core, piezo));
-        if (++read > count) ORVALO_RAISE(PiezoReader, ReaderMessages::TooManyPiezoPoints);
+    for (;;) {
+        const bool whole = core.Attempt([&] {
+            core.NextToken();
+            if (core.IsKeyword("end")) return;
+            ModelAccess::Add(piezo.data, ReadPoint(core, piezo));
+            if (++read > count && count > 0) ORVALO_RAISE(PiezoReader, ReaderMessages::TooManyPiezoPoints);
+        });
+        if (whole && core.IsKeyword("end")) break;
+        if (whole) continue;
+        if (core.AtSection()) return core.Hold();
+        ++read;
+        core.ResumeOnLaterLine([](std::string_view) { return true; });
     }
-    if (read < count) {
+    core.Attempt([&] {
+        if (read >= count) return;
         ORVALO_RAISE(PiezoReader, ReaderMessages::NotEnoughPiezoPoints,
                      static_cast<int>(static_cast<std::uint32_t>(count - read)));
-    }
+    });
 }
 
 void ReadOwnTable(ReaderCore& core, PiezoReading& reading) {

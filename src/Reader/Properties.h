@@ -76,38 +76,53 @@ constexpr bool IsComplete(const Property<Target> (&table)[n]) {
     return true;
 }
 
+/// Moves on to the value of a property, whose word is current.
+inline void BeginValue(ReaderCore& core, Takes takes) {
+    switch (takes) {
+        case Takes::Switch:
+        case Takes::Value:
+        case Takes::Words:
+            return core.NextValue();
+        case Takes::BareValue:
+            return core.NextToken();
+        case Takes::Nothing:
+        case Takes::Block:
+        case Takes::Rows:
+            return;
+    }
+}
+
 /// Reads the properties of a section from the token after its name to its END, which stays current, and collects them
 /// in `given`. Returns false, with the value current, when the section is switched off. Throws UnknownKeyword and what
-/// the properties throw.
+/// the properties throw. Where reading goes on after an error, a property that failed counts as given.
 template <class Target, std::size_t n>
 bool ReadProperties(ReaderCore& core, const Property<Target> (&table)[n], Target& target, PropertySet& given) {
-    core.NextToken();
-    for (;;) {
-        const std::size_t row = core.Match(table, ReaderMessages::UnknownKeyword);
-        const Property<Target>& property = table[row];
-        switch (property.takes) {
-            case Takes::Nothing:
-                return true;
-            case Takes::Switch:
-                core.NextValue();
+    for (bool moveOn = true;;) {
+        std::size_t row = n;
+        try {
+            if (moveOn) core.NextToken();
+            row = core.Match(table, ReaderMessages::UnknownKeyword);
+            const Property<Target>& property = table[row];
+            if (property.takes == Takes::Nothing) return true;
+            if (core.recovery != nullptr) core.recovery->PropertyBegins(property.word);
+            if (property.takes == Takes::Rows) core.Attempt([&] { given.Require(table, row); });
+            BeginValue(core, property.takes);
+            if (core.recovery != nullptr) core.recovery->ValueBegins();
+            if (property.takes == Takes::Switch) {
                 if (!core.ReadEnabled()) return false;
-                break;
-            case Takes::BareValue:
-                core.NextToken();
-                break;
-            case Takes::Value:
-            case Takes::Words:
-                core.NextValue();
-                break;
-            case Takes::Rows:
-                given.Require(table, row);
-                break;
-            case Takes::Block:
-                break;
+            } else {
+                property.read(core, target);
+            }
+            given.Add(row);
+            moveOn = property.takes != Takes::Words;
+            if (core.recovery != nullptr) core.recovery->PropertyEnds();
+        } catch (const Exception& failure) {
+            if (!core.Recovers(failure)) throw;
+            if (row < n) given.Add(row);
+            if (row < n) core.recovery->PropertyEnds();
+            moveOn = false;
+            if (!core.ResumeAmong(table, row == n)) return true;
         }
-        if (property.read != nullptr) property.read(core, target);
-        given.Add(row);
-        if (property.takes != Takes::Words) core.NextToken();
     }
 }
 

@@ -20,14 +20,22 @@ void ReaderCore::SkipToEnd() {
 
 std::size_t ReaderCore::Match(const WordList& words, const ExceptionMessage& message) const {
     const auto place = token.type == TokenType::Keyword ? words.Find(token.text) : std::nullopt;
-    if (!place) ORVALO_RAISE(ReaderMisc, message);
+    if (!place) {
+        expected = words;
+        ORVALO_RAISE(ReaderMisc, message);
+    }
     return *place;
 }
 
 std::optional<std::size_t> ReaderCore::FindWord(const WordList& words, const char* sourceModule,
                                                 const ExceptionMessage& message) const {
-    if (token.type != TokenType::Keyword) Raise(sourceModule, __LINE__, message);
-    return words.Find(token.text);
+    if (token.type != TokenType::Keyword) {
+        expected = words;
+        Raise(sourceModule, __LINE__, message);
+    }
+    const auto place = words.Find(token.text);
+    if (!place) endedList = words;
+    return place;
 }
 
 std::optional<std::int64_t> ReaderCore::Truncated() const {

@@ -4,12 +4,14 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Model/Point.h>
 
 #include "Model/CodeWords.h"
 #include "Reader/Lexer.h"
+#include "Reader/Recovery.h"
 #include "Reader/Token.h"
 #include "Reader/WordList.h"
 
@@ -21,7 +23,13 @@ class ReaderCore {
 public:
     explicit ReaderCore(std::size_t bufferSize = Lexer::defaultBufferSize) : lexer(bufferSize) {}
 
-    void NextToken() { lexer.NextToken(token); }
+    void NextToken() {
+        if (held_) {
+            held_ = false;
+        } else {
+            lexer.NextToken(token);
+        }
+    }
     /// The token of a property's value: the next one, behind an optional `=`.
     void NextValue();
 
@@ -66,6 +74,54 @@ public:
     Token token;
     /// The bulk row being read, from 1; 0 outside of bulk rows.
     std::uint64_t row = 0;
+
+    /// Where reading may go on after an error: the rest of this class. Null for a reader.
+    Recovery* recovery = nullptr;
+    /// The words that the last failed Match allowed, and those of a list of words that the current token ended.
+    mutable std::optional<WordList> expected;
+    mutable std::optional<WordList> endedList;
+
+    /// The ID that the error is about which may come next.
+    int subject = 0;
+
+    /// Whether reading is to go on after the failure, which is being handled.
+    bool Recovers(const Exception& failure);
+    /// Does what may fail; returns whether it went well, where reading is to go on even if it did not.
+    template <class Step>
+    bool Attempt(const Step& step) {
+        try {
+            step();
+            return true;
+        } catch (const Exception& failure) {
+            if (!Recovers(failure)) throw;
+            return false;
+        }
+    }
+
+    /// After an error among properties: makes a word of `words` the current token, be it the one that an unknown
+    /// keyword most likely means, or the next one in the file. False where the section is over instead: its END is
+    /// missing.
+    bool ResumeAmong(const WordList& words, bool unknownKeyword);
+    /// After something that is no section name: makes a section name or the end of the input the current token.
+    void ResumeAtSection();
+    /// After an error in something that stands on a line of its own: holds the first number of a later line of which
+    /// `mayBegin` takes the rest, or END, or what ends the section.
+    void ResumeOnLaterLine(bool (*mayBegin)(std::string_view rest));
+    /// Passes over the rest of a block, to its END or what ends the section, and leaves that current.
+    void SkipBlock();
+    /// Has the current token read again as the next one.
+    void Hold() { held_ = true; }
+    bool IsHeld() const { return held_; }
+    /// Passes over whatever cannot be read, too.
+    void NextReadableToken();
+    /// Whether reading is on its way from an error to where it goes on.
+    bool resuming = false;
+    /// Whether the current token is the name of a section or the end of the input.
+    bool AtSection() const;
+
+private:
+    bool held_ = false;
+    std::pair<int, std::uint64_t> resumedAt_{-1, 0};
 };
 
 }  // namespace orvalo

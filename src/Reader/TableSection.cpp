@@ -40,11 +40,13 @@ std::size_t ReadTableCount(const ReaderCore& core) {
 template <class Sample>
 void ReadSamples(ReaderCore& core, Table& table) {
     auto* sample = static_cast<unsigned char*>(table.data);
-    const std::size_t count = table.count;
+    // Without a count, which is an error that reading may go on after, samples are passed over.
+    const std::size_t count = table.count > 0 ? table.count : std::numeric_limits<std::size_t>::max();
     std::size_t read = 0;
     const auto store = [&](double number) {
         const auto value = static_cast<Sample>(number);
-        std::memcpy(sample + sizeof value * read++, &value, sizeof value);
+        if (table.count > 0) std::memcpy(sample + sizeof value * read, &value, sizeof value);
+        ++read;
     };
     for (;;) {
         BulkCursor cursor(core.lexer);
@@ -52,16 +54,26 @@ void ReadSamples(ReaderCore& core, Table& table) {
         while (read < count && cursor.TakeNumber(number)) store(number);
         cursor.Commit();
 
-        core.NextToken();
-        if (core.IsKeyword("end")) break;
-        if (read == count) ORVALO_RAISE(TableReader, ReaderMessages::TooManyTableElements);
-        store(core.ExpectNumber());
+        const bool whole = core.Attempt([&] {
+            core.NextToken();
+            if (core.IsKeyword("end")) return;
+            if (read == count) ORVALO_RAISE(TableReader, ReaderMessages::TooManyTableElements);
+            store(core.ExpectNumber());
+        });
+        if (whole && core.IsKeyword("end")) break;
+        if (whole) continue;
+        if (core.AtSection()) return core.Hold();
+        if (read == count) return core.SkipBlock();
+        store(0.0);
     }
-    if (read < count) RaiseNotEnough(count - read);
+    core.Attempt([&] {
+        if (read < table.count) RaiseNotEnough(table.count - read);
+    });
 }
 
 void ReadData(ReaderCore& core, TableReading& reading) {
-    ModelAccess::Allocate(reading.table, reading.doublePrecision);
+    core.Attempt([&] { ModelAccess::Allocate(reading.table, reading.doublePrecision); });
+    if (reading.table.data == nullptr) return core.SkipBlock();
     if (reading.doublePrecision) {
         ReadSamples<double>(core, reading.table);
     } else {

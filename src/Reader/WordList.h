@@ -34,6 +34,12 @@ public:
         return std::nullopt;
     }
 
+    /// Whether `text` is one of the words.
+    bool Has(std::string_view text) const;
+
+    /// The one word that `text` is most likely a misspelling of, or nothing.
+    std::optional<std::string_view> Nearest(std::string_view text) const;
+
 private:
     const void* rows_;
     std::size_t size_;

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string_view>
+
+#include <Orvalo3DReader/Common/Exception.h>
+
+namespace orvalo {
+
+struct Section;
+
+/// Follows a read and decides what becomes of an error. A reader has none, so that the first error ends the read; a
+/// checker notes it and lets reading go on where it makes sense again. The lexer holds the place of what is told.
+class Recovery {
+public:
+    Recovery() = default;
+    Recovery(const Recovery&) = delete;
+    Recovery& operator=(const Recovery&) = delete;
+    virtual ~Recovery() = default;
+
+    /// Notes an error, which is being handled. False where reading is to end with it.
+    virtual bool Note(const Exception& failure) = 0;
+
+    /// The current token is the name of a section; it is the one where the section ends.
+    virtual void SectionBegins(const Section& section) = 0;
+    virtual void SectionEnds() = 0;
+
+    /// The current token is the word of a property; the first one of its value; what reading the property left.
+    /// Properties of a table within a section nest.
+    virtual void PropertyBegins(std::string_view word) = 0;
+    virtual void ValueBegins() = 0;
+    virtual void PropertyEnds() = 0;
+};
+
+}  // namespace orvalo

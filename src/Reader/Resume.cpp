@@ -1,0 +1,103 @@
+#include "Common/Raise.h"
+#include "Reader/ReaderCore.h"
+#include "Reader/Sections.h"
+
+// Where reading goes on after an error. None of this runs without one.
+
+namespace orvalo {
+
+namespace {
+
+bool IsUnreadable(int code) {
+    return code == ReaderMessages::ErrorOpeningInputFile.code || code == ReaderMessages::ErrorReadingInputFile.code;
+}
+
+/// Whether the token that was being read when an error was raised is none.
+bool LeavesNoToken(int code) {
+    return IsUnreadable(code) ||
+           (code >= ReaderMessages::LexInvalidChar.code && code <= ReaderMessages::RecursvieInclude.code);
+}
+
+}  // namespace
+
+bool ReaderCore::Recovers(const Exception& failure) {
+    if (recovery == nullptr || failure.code() == 0 || !recovery->Note(failure)) return false;
+    if (LeavesNoToken(failure.code())) {
+        token.type = TokenType::None;
+        token.text.clear();
+        lexer.Recover();
+    }
+    return true;
+}
+
+bool ReaderCore::AtSection() const {
+    return token.type == TokenType::EndOfFile ||
+           (token.type == TokenType::Keyword && WordList(sections).Has(token.text));
+}
+
+void ReaderCore::NextReadableToken() {
+    resuming = true;
+    while (!Attempt([this] { NextToken(); })) {
+    }
+    resuming = false;
+}
+
+bool ReaderCore::ResumeAmong(const WordList& words, bool unknownKeyword) {
+    const auto isWord = [&] { return token.type == TokenType::Keyword && words.Has(token.text); };
+    // What failed once fails again.
+    const bool again = lexer.PlaceKey() == resumedAt_;
+    resumedAt_ = lexer.PlaceKey();
+    if (token.type == TokenType::EndOfFile) {
+        Hold();
+        return false;
+    }
+    if (unknownKeyword) {
+        if (AtSection()) {
+            Hold();
+            return false;
+        }
+        if (const auto meant = words.Nearest(token.text); meant && token.type == TokenType::Keyword) {
+            token.text = *meant;
+            return true;
+        }
+    } else if (isWord() && !again) {
+        return true;
+    }
+    do {
+        NextReadableToken();
+    } while (!isWord() && !AtSection());
+    return true;
+}
+
+void ReaderCore::ResumeOnLaterLine(bool (*mayBegin)(std::string_view rest)) {
+    const std::uint64_t line = lexer.PlaceLine();
+    const auto begins = [&] {
+        return token.type == TokenType::Number && lexer.PlaceLine() != line && mayBegin(lexer.RestOfLine());
+    };
+    while (!IsKeyword("end") && !AtSection() && !begins()) NextReadableToken();
+    Hold();
+}
+
+void ReaderCore::SkipBlock() {
+    while (!IsKeyword("end") && !AtSection()) NextReadableToken();
+    if (AtSection()) Hold();
+}
+
+void ReaderCore::ResumeAtSection() {
+    if (token.type == TokenType::Keyword) {
+        if (const auto meant = WordList(sections).Nearest(token.text)) {
+            token.text = *meant;
+            return;
+        }
+    }
+    // A section that nobody knows may have properties that are called as sections are: it ends at an END before a
+    // section. What is no keyword, or closes what is not open, stands on its own.
+    const bool unknownSection = token.type == TokenType::Keyword && !IsKeyword("end");
+    for (bool ended = !unknownSection;; ended = ended || IsKeyword("end")) {
+        const bool afterEnd = !unknownSection || IsKeyword("end");
+        NextReadableToken();
+        if (token.type == TokenType::EndOfFile || (AtSection() && ended && afterEnd)) return;
+    }
+}
+
+}  // namespace orvalo
