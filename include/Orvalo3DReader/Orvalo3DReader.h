@@ -2,6 +2,11 @@
 
 /// Everything that the library offers. Include single headers instead to compile less.
 
+#include <Orvalo3DReader/Check/CheckModel.h>
+#include <Orvalo3DReader/Check/CheckOptions.h>
+#include <Orvalo3DReader/Check/CheckResults.h>
+#include <Orvalo3DReader/Check/Diagnostic.h>
+#include <Orvalo3DReader/Check/Rules.h>
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Common/ReaderMessages.h>
 #include <Orvalo3DReader/Model/Actuator.h>

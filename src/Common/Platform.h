@@ -34,6 +34,9 @@ public:
     /// Fills `buffer` with up to `size` bytes: fewer only at the end of the file, nothing on a read error.
     std::optional<std::size_t> Read(void* buffer, std::size_t size) noexcept;
 
+    /// Moves to a place of a regular file; false where that fails.
+    bool Seek(std::uint64_t offset) noexcept;
+
     /// The size of a regular file; nothing for anything else.
     std::optional<std::uint64_t> Size() const noexcept;
 
@@ -45,6 +48,9 @@ private:
 /// searched, or a loop of links, hides it.
 enum class Presence { There, NotThere, Hidden };
 Presence LookFor(const std::string& path) noexcept;
+
+/// Whether opening the path waits for nobody, and what is read can be read again.
+bool IsRegularFile(const std::string& path) noexcept;
 
 /// The path made absolute and freed of "." and "..", without following links. Nothing when the current directory is
 /// unknown. Throws std::bad_alloc.

@@ -71,6 +71,10 @@ std::optional<std::size_t> InputFile::Read(void* buffer, std::size_t size) noexc
     return filled;
 }
 
+bool InputFile::Seek(std::uint64_t offset) noexcept {
+    return ::lseek(descriptor_, static_cast<off_t>(offset), SEEK_SET) >= 0;
+}
+
 std::optional<std::uint64_t> InputFile::Size() const noexcept {
     struct stat status {};
     if (::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
@@ -83,6 +87,11 @@ Presence LookFor(const std::string& path) noexcept {
     if (path.find('\0') != std::string::npos) return Presence::NotThere;
     if (::stat(path.c_str(), &status) == 0) return Presence::There;
     return errno == ENOENT || errno == ENOTDIR ? Presence::NotThere : Presence::Hidden;
+}
+
+bool IsRegularFile(const std::string& path) noexcept {
+    struct stat status {};
+    return path.find('\0') == std::string::npos && ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
 std::optional<std::string> AbsolutePath(const std::string& path) {

@@ -151,6 +151,7 @@ void Lexer::OpenCompleted(const std::string& path) {
     if (!openedPaths_.insert(Folded(path)).second) ORVALO_RAISE(Lexer, ReaderMessages::RecursvieInclude);
     const int parent = current_ ? current_->index : -1;
     files_.push_back(std::make_shared<LexerFile>(parent, static_cast<int>(files_.size()), path));
+    if (current_) files_.back()->includedAt = current_->Marked();
     current_ = files_.back();
     current_->Open(bufferSize_);
 }
@@ -275,12 +276,8 @@ InputPlace Lexer::Place() const noexcept {
     return files_[static_cast<std::size_t>(placeFile_)]->MarkedPlace();
 }
 
-std::pair<int, std::uint64_t> Lexer::PlaceKey() const noexcept {
-    return {placeFile_, placeFile_ < 0 ? 0 : files_[static_cast<std::size_t>(placeFile_)]->MarkedOffset()};
-}
-
-std::uint64_t Lexer::PlaceLine() const noexcept {
-    return placeFile_ < 0 ? 0 : files_[static_cast<std::size_t>(placeFile_)]->MarkedLine();
+std::pair<int, FilePlace> Lexer::MarkedPlace() const noexcept {
+    return {placeFile_, placeFile_ < 0 ? FilePlace() : File(placeFile_).Marked()};
 }
 
 std::string_view Lexer::RestOfLine() const noexcept {

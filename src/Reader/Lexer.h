@@ -53,9 +53,11 @@ public:
     /// The first byte of the last token or bulk number; without a path when no file was being read.
     InputPlace Place() const noexcept;
 
-    /// The file, by its number, and the offset of Place; its line.
-    std::pair<int, std::uint64_t> PlaceKey() const noexcept;
-    std::uint64_t PlaceLine() const noexcept;
+    /// The file of that number, from 0 in the order in which files were opened. Closed ones stay listed.
+    const LexerFile& File(int index) const { return *files_[static_cast<std::size_t>(index)]; }
+    int FileCount() const { return static_cast<int>(files_.size()); }
+    /// Place, with the number of its file; -1 when no file was being read.
+    std::pair<int, FilePlace> MarkedPlace() const noexcept;
     /// What follows on the current line, as far as it was read.
     std::string_view RestOfLine() const noexcept;
 

@@ -87,10 +87,11 @@ std::uint64_t LexerFile::ColumnOf(std::uint64_t offset) const noexcept {
 }
 
 InputPlace LexerFile::MarkedPlace() const noexcept {
+    const FilePlace marked = Marked();
     InputPlace place;
-    place.offset = markOffset_;
-    place.line = markLine_;
-    place.column = markColumn_ != 0 ? markColumn_ : ColumnOf(markOffset_);
+    place.offset = marked.offset;
+    place.line = marked.line;
+    place.column = marked.column;
     try {
         place.path = path;
     } catch (const std::bad_alloc&) {

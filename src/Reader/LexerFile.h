@@ -11,6 +11,15 @@
 
 namespace orvalo {
 
+/// A place in a file that need not be named.
+struct FilePlace {
+    std::uint64_t offset = 0;
+    std::uint64_t line = 1;
+    std::uint64_t column = 1;
+
+    bool operator==(const FilePlace& other) const { return offset == other.offset; }
+};
+
 /// One input file being read through a buffer.
 ///
 /// It keeps two accounts of where it is. `line` and `column` are the ones that messages report; the lexer moves them
@@ -46,8 +55,9 @@ public:
         markColumn_ = 0;
     }
 
-    std::uint64_t MarkedOffset() const noexcept { return markOffset_; }
-    std::uint64_t MarkedLine() const noexcept { return markLine_; }
+    FilePlace Marked() const noexcept {
+        return {markOffset_, markLine_, markColumn_ != 0 ? markColumn_ : ColumnOf(markOffset_)};
+    }
 
     /// The byte before the cursor, or what stood there in another buffer.
     char LastByte() const { return cursor[-1]; }
@@ -62,6 +72,8 @@ public:
     int parent;
     int index;
     std::string path;
+    /// Where the file that includes this one names it.
+    FilePlace includedAt;
     std::uint64_t line = 0;
     std::uint64_t column = 0;
     /// Line feeds passed that `line` does not count.

@@ -121,7 +121,7 @@ public:
 
 private:
     bool held_ = false;
-    std::pair<int, std::uint64_t> resumedAt_{-1, 0};
+    std::pair<int, FilePlace> resumedAt_{-1, {}};
 };
 
 }  // namespace orvalo

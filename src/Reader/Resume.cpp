@@ -45,20 +45,21 @@ void ReaderCore::NextReadableToken() {
 bool ReaderCore::ResumeAmong(const WordList& words, bool unknownKeyword) {
     const auto isWord = [&] { return token.type == TokenType::Keyword && words.Has(token.text); };
     // What failed once fails again.
-    const bool again = lexer.PlaceKey() == resumedAt_;
-    resumedAt_ = lexer.PlaceKey();
+    const bool again = lexer.MarkedPlace() == resumedAt_;
+    resumedAt_ = lexer.MarkedPlace();
     if (token.type == TokenType::EndOfFile) {
         Hold();
         return false;
     }
     if (unknownKeyword) {
-        if (AtSection()) {
-            Hold();
-            return false;
-        }
-        if (const auto meant = words.Nearest(token.text); meant && token.type == TokenType::Keyword) {
+        const bool keyword = token.type == TokenType::Keyword;
+        if (const auto meant = words.Nearest(token.text); meant && keyword && !AtSection()) {
             token.text = *meant;
             return true;
+        }
+        if (AtSection() || (keyword && WordList(sections).Nearest(token.text))) {
+            Hold();
+            return false;
         }
     } else if (isWord() && !again) {
         return true;
@@ -70,9 +71,10 @@ bool ReaderCore::ResumeAmong(const WordList& words, bool unknownKeyword) {
 }
 
 void ReaderCore::ResumeOnLaterLine(bool (*mayBegin)(std::string_view rest)) {
-    const std::uint64_t line = lexer.PlaceLine();
+    const std::uint64_t line = lexer.MarkedPlace().second.line;
     const auto begins = [&] {
-        return token.type == TokenType::Number && lexer.PlaceLine() != line && mayBegin(lexer.RestOfLine());
+        return token.type == TokenType::Number && lexer.MarkedPlace().second.line != line &&
+               mayBegin(lexer.RestOfLine());
     };
     while (!IsKeyword("end") && !AtSection() && !begins()) NextReadableToken();
     Hold();
@@ -90,13 +92,13 @@ void ReaderCore::ResumeAtSection() {
             return;
         }
     }
-    // A section that nobody knows may have properties that are called as sections are: it ends at an END before a
-    // section. What is no keyword, or closes what is not open, stands on its own.
-    const bool unknownSection = token.type == TokenType::Keyword && !IsKeyword("end");
-    for (bool ended = !unknownSection;; ended = ended || IsKeyword("end")) {
-        const bool afterEnd = !unknownSection || IsKeyword("end");
+    // An END that closes nothing stands on its own. A section that nobody knows may have properties that are called as
+    // sections are: it ends at an END before a section.
+    if (IsKeyword("end")) return NextReadableToken();
+    const bool unknownSection = token.type == TokenType::Keyword;
+    for (bool mayBegin = !unknownSection;; mayBegin = !unknownSection || IsKeyword("end")) {
         NextReadableToken();
-        if (token.type == TokenType::EndOfFile || (AtSection() && ended && afterEnd)) return;
+        if (token.type == TokenType::EndOfFile || (AtSection() && mayBegin)) return;
     }
 }
 

@@ -1,0 +1,163 @@
+#include "Check/ErrorCollector.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+#include <Orvalo3DReader/Common/ReaderMessages.h>
+
+#include "Check/Explain.h"
+#include "Check/RuleTable.h"
+
+namespace orvalo {
+
+namespace {
+
+using M = ReaderMessages;
+
+/// Enough for any file that somebody wrote, and an end to those that nobody did.
+constexpr std::size_t mostErrors = 99;
+
+}  // namespace
+
+void ErrorCollector::UpdateFiles() {
+    for (int i = static_cast<int>(record.files.size()); i < core_.lexer.FileCount(); ++i) {
+        const LexerFile& file = core_.lexer.File(i);
+        record.files.push_back({file.path, file.parent, file.includedAt});
+    }
+}
+
+ReadPlace ErrorCollector::Place() const {
+    const auto [file, place] = core_.lexer.MarkedPlace();
+    return {file, place};
+}
+
+void ErrorCollector::SectionBegins(const Section& section) {
+    SectionRecord begun;
+    begun.section = &section;
+    begun.place = Place();
+    begun.errorsBefore = errors_;
+    record.sections.push_back(std::move(begun));
+    inSection_ = true;
+    inRows_.clear();
+    moreInRows_.clear();
+    open_.clear();
+}
+
+void ErrorCollector::SectionEnds() {
+    record.sections.back().endPlace = Place();
+    inSection_ = false;
+    open_.clear();
+}
+
+void ErrorCollector::PropertyBegins(std::string_view word) {
+    PropertyRecord begun;
+    begun.word = word;
+    begun.place = begun.valuePlace = Place();
+    open_.push_back(std::move(begun));
+}
+
+void ErrorCollector::ValueBegins() {
+    PropertyRecord& property = open_.back();
+    property.valuePlace = Place();
+    property.valueType = core_.token.type;
+    property.value = core_.token.value;
+    if (core_.token.type != TokenType::Number) property.text = core_.token.text.substr(0, 64);
+}
+
+void ErrorCollector::PropertyEnds() {
+    if (open_.empty()) return;
+    if (inSection_) record.sections.back().properties.push_back(std::move(open_.back()));
+    open_.pop_back();
+}
+
+const SectionRecord* ErrorCollector::FindSection(std::string_view section, std::string_view property,
+                                                 double number) const {
+    for (const SectionRecord& candidate : record.sections) {
+        if (candidate.section->word != section) continue;
+        const PropertyRecord* const found = candidate.Find(property);
+        if (found != nullptr && found->valueType == TokenType::Number && found->value == number) return &candidate;
+    }
+    return nullptr;
+}
+
+bool ErrorCollector::SectionFailed(std::initializer_list<std::string_view> words) const {
+    return std::any_of(record.sections.begin(), record.sections.end(), [&](const SectionRecord& section) {
+        return section.failed && std::find(words.begin(), words.end(), section.section->word) != words.end();
+    });
+}
+
+/// Whether the error only follows from what is known.
+bool ErrorCollector::Follows(const Exception& failure) const {
+    const int code = failure.code();
+    if (lastPlace_ == core_.lexer.MarkedPlace() && errors_ > 0 && code != M::RecursvieInclude.code) return true;
+    if (core_.resuming && code >= M::LexInvalidChar.code && code <= M::LexUnexpectedEOL.code) return true;
+    if (code == M::ActuatorPiezoNotDefined.code) return unknownSection_ || SectionFailed({"actuator", "piezo"});
+    if (code == M::SensorDumpNotDefined.code) return unknownSection_ || SectionFailed({"sensor", "dump"});
+    if (code == M::TableMissing.code) {
+        return unknownSection_ || SectionFailed({"table"}) || FindSection("table", "id", core_.subject) != nullptr;
+    }
+    // Without a time step no signal can be generated.
+    if (code == M::OutOfMemory.code && !inSection_) return SectionFailed({"analysis", "actuator"});
+    if (code == M::PiezoTableMissing.code) return SectionFailed({"piezo"});
+    if (code == M::MaterialNotDefined.code || code == M::IncorrectMaterialIndex.code) {
+        return SectionFailed({"materials"}) || record.sections.empty() ||
+               std::none_of(record.sections.begin(), record.sections.end(),
+                            [](const SectionRecord& s) { return s.section->word == "materials"; });
+    }
+    return false;
+}
+
+/// Counts an error in a row; false once there are enough of its kind in the section.
+bool ErrorCollector::CountsInSection(int code) {
+    const std::uint64_t count = ++inRows_[code];
+    if (count <= options_.perSection) return true;
+    const auto [entry, added] = moreInRows_.emplace(code, diagnostics.size());
+    if (added) {
+        PlacedDiagnostic more = diagnostics.back();
+        more.diagnostic.notes.clear();
+        more.diagnostic.fixes.clear();
+        diagnostics.push_back(std::move(more));
+    }
+    Diagnostic& diagnostic = diagnostics[entry->second].diagnostic;
+    diagnostic.message = std::to_string(count - options_.perSection) + " more of these in the rows of this section.";
+    return false;
+}
+
+bool ErrorCollector::Note(const Exception& failure) {
+    UpdateFiles();
+    if (ended_) return false;
+    if (Follows(failure)) {
+        if (inSection_) record.sections.back().failed = true;
+        return true;
+    }
+    lastPlace_ = core_.lexer.MarkedPlace();
+    ++errors_;
+    if (inSection_) record.sections.back().failed = true;
+    if (failure.code() == M::SectionNameExpected.code) unknownSection_ = true;
+    if (core_.row > 0) {
+        if (!CountsInSection(failure.code())) return true;
+    } else if (++errorsOutsideRows_ >= mostErrors) {
+        ended_ = true;
+    }
+    Add(failure);
+    ended_ = ended_ || options_.firstOnly;
+    return !ended_;
+}
+
+void ErrorCollector::Add(const Exception& failure) {
+    PlacedDiagnostic added;
+    added.place = Place();
+    Diagnostic& diagnostic = added.diagnostic;
+    diagnostic.severity = Severity::Error;
+    diagnostic.code = failure.code();
+    diagnostic.message = failure.what();
+    diagnostic.rule = RuleOfCode(failure.code());
+    diagnostic.place = core_.lexer.Place();
+    diagnostic.row = core_.row;
+    diagnostic.includedFrom = record.IncludedFrom(added.place.file);
+    diagnostic.length = source_.TokenAt(diagnostic.place).size();
+    Explain(diagnostic, *this);
+    diagnostics.push_back(std::move(added));
+}
+
+}  // namespace orvalo

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <Orvalo3DReader/Check/CheckOptions.h>
+#include <Orvalo3DReader/Check/Diagnostic.h>
+
+#include "Check/ReadingRecord.h"
+#include "Check/SourceText.h"
+#include "Reader/ReaderCore.h"
+#include "Reader/Recovery.h"
+
+namespace orvalo {
+
+/// A diagnostic and where it stands among those of the whole read.
+struct PlacedDiagnostic {
+    Diagnostic diagnostic;
+    ReadPlace place;
+};
+
+/// Collects the errors of a read that goes on after them, and keeps a record of what was read where.
+///
+/// What only follows from an error that is known is left out: a second error at the same place; what cannot be read on
+/// the way to where reading goes on; what is missing because its section, or one that nobody knows, was not read whole.
+class ErrorCollector : public Recovery {
+public:
+    ErrorCollector(const ReaderCore& core, const CheckOptions& options) : core_(core), options_(options) {}
+
+    bool Note(const Exception& failure) override;
+    void SectionBegins(const Section& section) override;
+    void SectionEnds() override;
+    void PropertyBegins(std::string_view word) override;
+    void ValueBegins() override;
+    void PropertyEnds() override;
+
+    /// Whether the read was ended by the collector itself.
+    bool Ended() const { return ended_; }
+    std::size_t ErrorCount() const { return errors_; }
+
+    /// Copies the list of files that the lexer has opened so far.
+    void UpdateFiles();
+
+    ReadingRecord record;
+    std::vector<PlacedDiagnostic> diagnostics;
+
+    // What an explanation may look at.
+    const ReaderCore& Core() const { return core_; }
+    SourceText& Source() { return source_; }
+    /// The section being read, or null between sections.
+    const SectionRecord* CurrentSection() const { return inSection_ ? &record.sections.back() : nullptr; }
+    /// The properties being read, the innermost last; empty between properties.
+    const std::vector<PropertyRecord>& OpenProperties() const { return open_; }
+    /// The section of that word in which `property` was given that number, the first one; null for none.
+    const SectionRecord* FindSection(std::string_view section, std::string_view property, double number) const;
+
+private:
+    ReadPlace Place() const;
+    bool Follows(const Exception& failure) const;
+    bool SectionFailed(std::initializer_list<std::string_view> words) const;
+    bool CountsInSection(int code);
+    void Add(const Exception& failure);
+
+    const ReaderCore& core_;
+    const CheckOptions& options_;
+    SourceText source_;
+    std::vector<PropertyRecord> open_;
+    bool inSection_ = false;
+    bool ended_ = false;
+    bool unknownSection_ = false;
+    std::size_t errors_ = 0;
+    std::size_t errorsOutsideRows_ = 0;
+    std::optional<std::pair<int, FilePlace>> lastPlace_;
+    /// For each code how many errors the rows of the current section had, and the diagnostic that tells of the rest.
+    std::map<int, std::uint64_t> inRows_;
+    std::map<int, std::size_t> moreInRows_;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <Orvalo3DReader/Check/Diagnostic.h>
+
+namespace orvalo {
+
+class ErrorCollector;
+
+/// Adds to an error, as it is noted, what was expected there and what to write instead: words, notes, fixes, and the
+/// length of what it is about.
+void Explain(Diagnostic& diagnostic, ErrorCollector& errors);
+
+}  // namespace orvalo

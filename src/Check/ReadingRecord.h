@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <Orvalo3DReader/Reader/InputPlace.h>
+
+#include "Reader/LexerFile.h"
+#include "Reader/Sections.h"
+#include "Reader/Token.h"
+
+namespace orvalo {
+
+/// A place in one of the files that were read: small, for there may be millions.
+struct ReadPlace {
+    int file = -1;
+    FilePlace place;
+};
+
+/// A property as it stood in the file.
+struct PropertyRecord {
+    std::string_view word;
+    ReadPlace place;
+    /// The first token of the value.
+    ReadPlace valuePlace;
+    TokenType valueType = TokenType::None;
+    double value = 0.0;
+    std::string text;
+};
+
+struct SectionRecord {
+    const Section* section = nullptr;
+    ReadPlace place;
+    ReadPlace endPlace;
+    std::vector<PropertyRecord> properties;
+    /// Of the errors in all, how many were known when the section began.
+    std::size_t errorsBefore = 0;
+    /// Whether an error was found in it.
+    bool failed = false;
+
+    /// The last property of that word, or null.
+    const PropertyRecord* Find(std::string_view word) const {
+        for (auto record = properties.rbegin(); record != properties.rend(); ++record) {
+            if (record->word == word) return &*record;
+        }
+        return nullptr;
+    }
+};
+
+/// What was read where, for what is to be said of it later.
+class ReadingRecord {
+public:
+    /// A file that was opened, and where it is included: nowhere for the main file.
+    struct File {
+        std::string path;
+        int parent = -1;
+        FilePlace includedAt;
+    };
+
+    InputPlace PlaceOf(const ReadPlace& place) const;
+    /// The places of the `include` directives that led to the file, the innermost first.
+    std::vector<InputPlace> IncludedFrom(int file) const;
+    /// Orders places as they were read.
+    bool Before(const ReadPlace& a, const ReadPlace& b) const;
+
+    std::vector<File> files;
+    /// Those of a repeated DAMPING, TABLE, SET... each; in the order read.
+    std::vector<SectionRecord> sections;
+
+private:
+    std::vector<std::pair<int, std::uint64_t>> PathTo(const ReadPlace& place) const;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,9 @@
+#include "Check/RuleTable.h"
+
+namespace orvalo {
+
+const char* RuleOfCode(int) {
+    return "error";
+}
+
+}  // namespace orvalo
