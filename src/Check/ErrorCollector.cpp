@@ -125,6 +125,7 @@ bool ErrorCollector::CountsInSection(int code) {
 
 bool ErrorCollector::Note(const Exception& failure) {
     UpdateFiles();
+    spoilt_ = false;
     if (ended_) return false;
     if (Follows(failure)) {
         if (inSection_) record.sections.back().failed = true;

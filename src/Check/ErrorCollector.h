@@ -34,6 +34,7 @@ public:
     ErrorCollector(const ReaderCore& core, const CheckOptions& options) : core_(core), options_(options) {}
 
     bool Note(const Exception& failure) override;
+    bool LineIsSpoilt() const override { return spoilt_; }
     void SectionBegins(const Section& section) override;
     void SectionEnds() override;
     void PropertyBegins(std::string_view word) override;
@@ -49,6 +50,9 @@ public:
 
     ReadingRecord record;
     std::vector<PlacedDiagnostic> diagnostics;
+
+    /// Has reading leave the line of the error that is being explained.
+    void SpoilLine() { spoilt_ = true; }
 
     // What an explanation may look at.
     const ReaderCore& Core() const { return core_; }
@@ -73,6 +77,7 @@ private:
     std::vector<PropertyRecord> open_;
     bool inSection_ = false;
     bool ended_ = false;
+    bool spoilt_ = false;
     bool unknownSection_ = false;
     std::size_t errors_ = 0;
     std::size_t errorsOutsideRows_ = 0;

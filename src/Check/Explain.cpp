@@ -19,8 +19,15 @@ struct Explanation {
 };
 
 const Explanation explanations[] = {
-    {123, 126, ExplainWord}, {129, 129, ExplainWord},    {132, 132, ExplainSectionName},
-    {166, 174, ExplainWord}, {178, 178, ExplainKeyword},
+    {105, 105, ExplainCharacter},
+    {106, 106, ExplainCharacterInWord},
+    {107, 107, ExplainCharacterInNumber},
+    {108, 109, ExplainOpenName},
+    {123, 126, ExplainWord},
+    {129, 129, ExplainWord},
+    {132, 132, ExplainSectionName},
+    {166, 174, ExplainWord},
+    {178, 178, ExplainKeyword},
 };
 
 }  // namespace

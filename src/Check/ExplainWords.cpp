@@ -77,7 +77,7 @@ void ExplainWord(Diagnostic& diagnostic, ErrorCollector& errors) {
 
 void ExplainKeyword(Diagnostic& diagnostic, ErrorCollector& errors) {
     const ReaderCore& core = errors.Core();
-    if (!core.expected) return;
+    if (!core.expected || ExplainNeighbours(diagnostic, errors)) return;
     if (core.AtSection()) {
         AddExpected(diagnostic, errors, *core.expected);
         return ExplainMissingEnd(diagnostic, errors);
@@ -97,6 +97,7 @@ void ExplainKeyword(Diagnostic& diagnostic, ErrorCollector& errors) {
 
 void ExplainSectionName(Diagnostic& diagnostic, ErrorCollector& errors) {
     const ReaderCore& core = errors.Core();
+    if (ExplainNeighbours(diagnostic, errors)) return;
     AddExpected(diagnostic, errors, sections);
     if (errors.record.sections.empty()) return;
     const SectionRecord& last = errors.record.sections.back();

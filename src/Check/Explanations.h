@@ -14,6 +14,15 @@ namespace orvalo {
 class ErrorCollector;
 struct ReadPlace;
 
+/// Bytes that begin no token, or do not belong into a word, a name or a number.
+void ExplainCharacter(Diagnostic& diagnostic, ErrorCollector& errors);
+void ExplainCharacterInWord(Diagnostic& diagnostic, ErrorCollector& errors);
+void ExplainCharacterInNumber(Diagnostic& diagnostic, ErrorCollector& errors);
+/// A name, or a number, that the end of a line or of the file cuts off.
+void ExplainOpenName(Diagnostic& diagnostic, ErrorCollector& errors);
+/// What stands before the place on its line, where that is why nothing fits: false when it is not.
+bool ExplainNeighbours(Diagnostic& diagnostic, ErrorCollector& errors);
+
 /// A word where one of a list is due: value words, components.
 void ExplainWord(Diagnostic& diagnostic, ErrorCollector& errors);
 /// A word where a property or END is due.

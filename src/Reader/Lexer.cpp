@@ -286,8 +286,10 @@ std::string_view Lexer::RestOfLine() const noexcept {
     return file.LastByte() == '\n' ? std::string_view() : rest.substr(0, rest.find('\n'));
 }
 
-void Lexer::Recover() {
+void Lexer::Recover(int code) {
     if (!current_) return;
+    // The scan that would have counted it has ended.
+    if (code == ReaderMessages::LexUnexpectedEOL.code && current_->LastByte() == '\n') ++current_->uncountedLineFeeds;
     if (current_->cursor == nullptr) {
         if (current_->parent >= 0) current_ = files_[static_cast<std::size_t>(current_->parent)];
     } else if (current_->HasFailed()) {

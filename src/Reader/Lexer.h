@@ -61,9 +61,9 @@ public:
     /// What follows on the current line, as far as it was read.
     std::string_view RestOfLine() const noexcept;
 
-    /// After an error: makes the next token readable. A file that cannot be read is left, and so is the rest of a line
-    /// after a byte that begins a comment in other formats.
-    void Recover();
+    /// After an error of that code: makes the next token readable. A file that cannot be read is left, and so is the
+    /// rest of a line after a byte that begins a comment in other formats.
+    void Recover(int code);
     /// Leaves the rest of the current line.
     void SkipLine();
 

@@ -20,6 +20,9 @@ public:
     /// Notes an error, which is being handled. False where reading is to end with it.
     virtual bool Note(const Exception& failure) = 0;
 
+    /// Whether what follows on the line of the error noted last is not to be read.
+    virtual bool LineIsSpoilt() const = 0;
+
     /// The current token is the name of a section; it is the one where the section ends.
     virtual void SectionBegins(const Section& section) = 0;
     virtual void SectionEnds() = 0;

@@ -25,8 +25,9 @@ bool ReaderCore::Recovers(const Exception& failure) {
     if (LeavesNoToken(failure.code())) {
         token.type = TokenType::None;
         token.text.clear();
-        lexer.Recover();
+        lexer.Recover(failure.code());
     }
+    if (recovery->LineIsSpoilt()) lexer.SkipLine();
     return true;
 }
 

@@ -1,0 +1,218 @@
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <string_view>
+
+#include "Check/ErrorCollector.h"
+#include "Check/Explanations.h"
+
+// Errors in the text itself: bytes that begin no token, numbers and names that other programs write otherwise.
+
+namespace orvalo {
+
+namespace {
+
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+bool IsLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+/// What a file that is no plain text begins with.
+struct Mark {
+    std::string_view bytes;
+    const char* message;
+    bool removable;
+};
+constexpr Mark marks[] = {
+    {"\xEF\xBB\xBF", "The file begins with a byte order mark (BOM). Save it as UTF-8 without one.", true},
+    {"\xFF\xFE", "The file is UTF-16 text. Save it as UTF-8 or ASCII.", false},
+    {"\xFE\xFF", "The file is UTF-16 text. Save it as UTF-8 or ASCII.", false},
+    {"MATLAB ", "This is a MAT-file: results, not a model.", false},
+    {"\x1F\x8B", "The file is compressed by gzip. Unpack it first.", false},
+    {"PK\x03\x04", "The file is a ZIP archive. Unpack it first.", false},
+};
+
+/// What stands where something else is written in this format.
+struct Habit {
+    std::string_view bytes;
+    const char* message;
+    std::string_view replacement;
+};
+constexpr Habit habits[] = {
+    {"//", "Comments begin with ';', '%' or '$'.", ";"},
+    {"/*", "Comments begin with ';', '%' or '$' and go to the end of the line.", ";"},
+    {"#", "Comments begin with ';', '%' or '$'.", ";"},
+    {"!", "Comments begin with ';', '%' or '$'.", ";"},
+    {"'", "Names stand in double quotes.", "\""},
+    {"`", "Names stand in double quotes.", "\""},
+    {"\xE2\x80\x9C", "These are typographic quotes. Names stand in plain double quotes.", "\""},
+    {"\xE2\x80\x9D", "These are typographic quotes. Names stand in plain double quotes.", "\""},
+    {"\xE2\x80\x9E", "These are typographic quotes. Names stand in plain double quotes.", "\""},
+    {"\xE2\x80\x98", "These are typographic quotes. Names stand in plain double quotes.", "\""},
+    {"\xE2\x80\x99", "These are typographic quotes. Names stand in plain double quotes.", "\""},
+    {"\xE2\x88\x92", "This is a typographic minus sign. Write a plain '-'.", "-"},
+    {"\xC2\xA0", "This is a no-break space. Write a plain blank.", " "},
+    {"(", "Values stand without parentheses: blanks or commas separate them.", " "},
+    {")", "Values stand without parentheses: blanks or commas separate them.", " "},
+    {"[", "Values stand without brackets: blanks or commas separate them.", " "},
+    {"]", "Values stand without brackets: blanks or commas separate them.", " "},
+    {"{", "Values stand without braces: a section ends with END.", " "},
+    {"}", "Values stand without braces: a section ends with END.", " "},
+    {":", "A value follows its property after a blank or '='.", " "},
+    {"<", "Values stand without angle brackets.", " "},
+    {">", "Values stand without angle brackets.", " "},
+    {"*", "Values are plain numbers; there is no arithmetic.", " "},
+};
+
+const Habit* FindHabit(std::string_view text) {
+    const auto* const found = std::find_if(std::begin(habits), std::end(habits),
+                                           [&](const Habit& habit) { return text.starts_with(habit.bytes); });
+    return found == std::end(habits) ? nullptr : found;
+}
+
+InputPlace Moved(InputPlace place, std::size_t bytes) {
+    place.offset += bytes;
+    place.column += bytes;
+    return place;
+}
+
+void TellHabit(Diagnostic& diagnostic, const Habit& habit, const InputPlace& place) {
+    AddNote(diagnostic, habit.message, place, habit.bytes.size());
+    diagnostic.fixes.push_back({place, habit.bytes.size(), std::string(habit.replacement)});
+}
+
+std::string Shown(unsigned char byte) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    if (byte > ' ' && byte < 127) return std::string("'") + static_cast<char>(byte) + "'";
+    return std::string("of value 0x") + digits[byte >> 4U] + digits[byte & 15U];
+}
+
+/// Tells of a byte that stands where it may not.
+void TellByte(Diagnostic& diagnostic, std::string_view text, const InputPlace& place) {
+    if (text.empty()) return;
+    if (const Habit* const habit = FindHabit(text)) return TellHabit(diagnostic, *habit, place);
+    const auto byte = static_cast<unsigned char>(text.front());
+    AddNote(diagnostic,
+            byte < 128 ? "The character " + Shown(byte) + " stands in comments only."
+                       : "Only ASCII characters may stand outside of comments; this byte is " + Shown(byte) + ".",
+            place, 1);
+}
+
+bool IsExponentOfFortran(std::string_view token, std::size_t at) {
+    return at > 0 && at + 1 < token.size() && (token[at] | 0x20) == 'd' &&
+           (IsDigit(token[at + 1]) || token[at + 1] == '+' || token[at + 1] == '-');
+}
+
+}  // namespace
+
+void ExplainCharacter(Diagnostic& diagnostic, ErrorCollector& errors) {
+    const std::string_view text = errors.Source().From(diagnostic.place);
+    diagnostic.length = 1;
+    for (const Mark& mark : marks) {
+        if (diagnostic.place.offset != 0 || !text.starts_with(mark.bytes)) continue;
+        diagnostic.length = mark.bytes.size();
+        AddNote(diagnostic, mark.message);
+        if (mark.removable) AddFix(diagnostic, "");
+        return;
+    }
+    if (const Habit* const habit = FindHabit(text)) diagnostic.length = habit->bytes.size();
+    TellByte(diagnostic, text, diagnostic.place);
+}
+
+void ExplainCharacterInWord(Diagnostic& diagnostic, ErrorCollector& errors) {
+    const std::string text(errors.Source().From(diagnostic.place));
+    if (!text.starts_with('"')) {
+        std::size_t end = 0;
+        while (end < text.size() && (IsLetter(text[end]) || IsDigit(text[end]) || text[end] == '_')) ++end;
+        AddNote(diagnostic, "A word consists of letters, digits and '_'.");
+        return TellByte(diagnostic, std::string_view(text).substr(end), Moved(diagnostic.place, end));
+    }
+    constexpr std::string_view kept = "_.+-= \t,;%$\"";
+    std::size_t odd = 1;
+    while (odd < text.size() && (IsLetter(text[odd]) || IsDigit(text[odd]) || kept.find(text[odd]) != kept.npos)) ++odd;
+    const InputPlace oddPlace = Moved(diagnostic.place, odd);
+    const char byte = odd < text.size() ? text[odd] : '\0';
+    if (byte == '/' || byte == '\\' || byte == ':') {
+        AddNote(diagnostic,
+                "A name holds no directory and no drive: files are looked for, and written, in the directory of the "
+                "main file.",
+                oddPlace, 1);
+        const std::string_view name = std::string_view(text).substr(0, diagnostic.length);
+        diagnostic.fixes.push_back(
+            {diagnostic.place, diagnostic.length, '"' + std::string(name.substr(name.find_last_of("/\\:") + 1))});
+    } else {
+        AddNote(diagnostic,
+                "Names consist of letters, digits and _ . + - = ; this byte is " +
+                    Shown(static_cast<unsigned char>(byte)) + ".",
+                oddPlace, 1);
+    }
+}
+
+void ExplainCharacterInNumber(Diagnostic& diagnostic, ErrorCollector& errors) {
+    const std::string token(errors.Source().TokenAt(diagnostic.place));
+    std::size_t odd = 0;
+    while (odd < token.size() &&
+           (IsDigit(token[odd]) || token[odd] == '.' || token[odd] == '+' || token[odd] == '-' ||
+            ((token[odd] | 0x20) == 'e' && odd + 1 < token.size() && !IsLetter(token[odd + 1])))) {
+        ++odd;
+    }
+    const InputPlace place = Moved(diagnostic.place, odd);
+    if (IsExponentOfFortran(token, odd)) {
+        AddNote(diagnostic, "The exponent of a number is written with 'e', not with 'd'.", place, 1);
+        diagnostic.fixes.push_back({place, 1, "e"});
+    } else if (odd < token.size() && IsLetter(token[odd])) {
+        AddNote(diagnostic,
+                odd == 0 ? "A sign must be followed by a number."
+                         : "Numbers have no units: '" + token.substr(odd) +
+                               "' is to be left out. Times are in "
+                               "microseconds, frequencies in kilohertz, temperatures in degrees Celsius.",
+                place, token.size() - odd);
+        if (odd > 0) diagnostic.fixes.push_back({place, token.size() - odd, ""});
+    } else if (odd < token.size()) {
+        TellByte(diagnostic, std::string_view(token).substr(odd), place);
+    } else {
+        AddNote(diagnostic, "A number has one point at most, and digits after it or after its exponent letter.");
+    }
+}
+
+void ExplainOpenName(Diagnostic& diagnostic, ErrorCollector& errors) {
+    const std::string token(errors.Source().TokenAt(diagnostic.place));
+    if (!token.starts_with('"')) {
+        AddNote(diagnostic, "The number is not complete.");
+        return;
+    }
+    AddNote(diagnostic, "The name that begins here has no closing quote on its line.");
+    const std::size_t end = std::min(token.find_first_of(" \t", 1), token.size());
+    diagnostic.fixes.push_back({Moved(diagnostic.place, end), 0, "\""});
+}
+
+bool ExplainNeighbours(Diagnostic& diagnostic, ErrorCollector& errors) {
+    std::size_t at = 0;
+    const std::string line(errors.Source().LineOf(diagnostic.place, at));
+    const auto placeAt = [&](std::size_t i) {
+        InputPlace place = diagnostic.place;
+        place.offset -= at - i;
+        place.column -= at - i;
+        return place;
+    };
+    // A comment sign that ends a word is swallowed with it.
+    const std::size_t sign = line.substr(0, at).find_last_of(";%$");
+    if (sign != std::string::npos && sign > 0 && (IsLetter(line[sign - 1]) || IsDigit(line[sign - 1]))) {
+        AddNote(diagnostic, "A comment sign right after a word or a number is swallowed with it: leave a blank before.",
+                placeAt(sign), 1);
+        diagnostic.fixes.push_back({placeAt(sign), 0, " "});
+        errors.SpoilLine();
+        return true;
+    }
+    if (at > 1 && at < line.size() && line[at - 1] == ',' && IsDigit(line[at - 2]) && IsDigit(line[at])) {
+        AddNote(diagnostic, "There is no decimal comma: a comma separates numbers as a blank does. Write a point.",
+                placeAt(at - 1), 1);
+        diagnostic.fixes.push_back({placeAt(at - 1), 1, "."});
+        return true;
+    }
+    return false;
+}
+
+}  // namespace orvalo
