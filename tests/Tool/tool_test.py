@@ -1,14 +1,19 @@
 """Runs the command-line tool named by ORVALO on small files and holds what it prints against what it should."""
+import fcntl
 import json
 import os
 import pathlib
 import pty
 import re
+import struct
 import subprocess
 import tempfile
+import termios
 import threading
 import time
 import unittest
+
+import jsonschema
 
 TOOL = os.environ["ORVALO"]
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -21,39 +26,69 @@ GOOD = HEAD + CUBES + TAIL
 BAD = 'ANALYSIS\n\tcellsize\t-1\nEND\n'
 BAD_TEXT = ('bad.model:2:11: error: Invalid proverty value provided. [119]\n'
             '    2 |         cellsize        -1\n'
-            '      |                         ^\n')
+            '      |                         ^~\n')
+ONE = '1 error in 1 file\n'
 RESULTS = 'x\ty\tz\tf\tux\tuy\n1\t2\t3\t0\t0.1\t-2.5e-3\n65535\t2\t3\t0\tnan\t7\n'
 
 # What is asked of the tool: name, files, arguments, exit status, standard output and error. A compiled pattern is
 # searched for, a text must match whole.
 CASES = [
     ('nothing to say about good files', {'good.model': GOOD, 'r.txt': RESULTS}, 'check good.model r.txt', 0, '', ''),
-    ('caret below tabs', {'bad.model': BAD}, 'check bad.model', 1, '', BAD_TEXT),
-    ('long lines are cut on both sides', {'bad.model': 'ANALYSIS ' + 'cellsize 1 ' * 300 + 'bogus ' + 'timestep 1 ' * 300},
-     'check bad.model', 1, '', 'bad.model:1:3310: error: Unknown keyword. [178]\n'
-     '    1 | ...ize 1 cellsize 1 cellsize 1 cellsize 1 cellsize 1 bogus timestep 1 timestep 1 timestep 1 timestep 1 ...\n'
-     '      | ' + ' ' * 53 + '^\n'),
-    ('bytes that are no text, carriage returns', {'bad.model': b'ANALYSIS cellsize 1 \x1b[2J\xff\xc3\xa9\r\n'},
-     'check bad.model', 1, '', 'bad.model:1:21: error: Invalid character. [105]\n'
-     '    1 | ANALYSIS cellsize 1 <1B>[2J<FF>é\n      | ' + ' ' * 20 + '^\n'),
-    ('row of an included file', {'d/main.model': HEAD + 'include "part.cubes"\n' + TAIL,
+    ('mark below tabs', {'bad.model': BAD}, 'check bad.model', 1, '', BAD_TEXT + ONE),
+    ('long lines are cut on both sides', {'bad.model': HEAD + 'CUBES' + ' ' * 300 + 'bogus ' + 'count 1 ' * 300},
+     'check --first bad.model', 1, '', re.compile(r'\n    3 \| \.\.\. {50}bogus (count 1 ){6}co\.\.\.\n      \| {54}\^~~~~\n')),
+    ('bytes that are no text, carriage returns', {'bad.model': b'ANALYSIS cellsize 1 \x1b[2J\xff\xc3\xa9\xe2\x80\x9d\r\n'},
+     'check --first bad.model', 1, '', re.compile(re.escape('bad.model:1:21: error: Invalid character. [105]\n'
+     '    1 | ANALYSIS cellsize 1 <1B>[2J<FF>é”\n      | ' + ' ' * 20 + '^'))),
+    ('row of an included file', {'d/main.model': HEAD + ' include "part.cubes"\n' + TAIL,
                                  'd/part.cubes': 'CUBES count 2 format 0 data\n1 1 1 1\n2 1 1 7\nEND END\n'},
-     'check d/main.model', 1, '', 'd/part.cubes:3:7: error: Material no.7 is not defined. [151]\n'
-     '    3 | 2 1 1 7\n      |       ^\nd/part.cubes:3:7: note: in row 2 of the data\n'),
-    ('temperatures that are missing', {'w.model': HEAD + CUBES.replace('2 1 1 1', '2 1 1 2') + TAIL}, 'check w.model', 0, '',
-     'w.model: warning: Missing temperatures for temperature-dependent definition of material #2. '
-     'Room temperature (25.0 deg C) assumed.\n'),
+     'check d/main.model', 1, '', re.compile(r"""^d/part\.cubes:3:7: error: Material no\.7 is not defined\. \[151\]
+    3 \| 2 1 1 7
+      \|       \^
+(.*\n)*d/part\.cubes:3:7: note: in row 2 of the data
+d/main\.model:3:2: note: included from here
+1 error in 1 file
+$""")),
+    ('the mended line, several errors, several files',
+     {'a': 'ANALYSIS celsize 1 timestep .1 END\n' + HEAD.split('\n', 1)[1] + CUBES + TAIL.replace('METHOD', 'x').replace('input', 'inptu'),
+      'b': BAD}, 'check a b', 1, '', re.compile(r"""^a:1:10: error: Unknown keyword\. \[178\]
+    1 \| ANALYSIS celsize 1 timestep \.1 END
+      \|          \^~~~~~~
+  fix \| ANALYSIS cellsize 1 timestep \.1 END
+      \|          ~~~~~~~~
+(.*\n)*a:4:38: error:(.*\n)*  fix \| .* input (.*\n)*b:2:11: error:(.*\n)*3 errors in 2 files
+$""")),
+    ('only the first of several errors', {'a': BAD.replace('END', 'bogus')}, 'check --first a', 1, '',
+     re.compile(r'^a:2:11: (.*\n)*1 error in 1 file\n$')),
+    ('what is put in is marked by plus signs', {'a': GOOD.replace('"s"', '"s')}, 'check --first a', 1, '',
+     re.compile(r'  fix \| .*"s.*\n      \| +\+\n')),
     ('a missing file outranks a bad one', {'bad.model': BAD, 'good.model': GOOD}, 'check no.model bad.model good.model', 3, '',
-     re.compile(r"^no\.model: error: Unable to open '.*no\.model' input file\. \[103\]\n" + re.escape(BAD_TEXT) + '$')),
-    ('a directory', {'d/x': ''}, 'check d', 3, '', re.compile(r'^d:1:1: error: Unable to read .* \[104\]\n$')),
+     re.compile(r"^no\.model: error: Unable to open '.*no\.model' input file\. \[103\]\n(.*\n)*" +
+                re.escape(BAD_TEXT + '2 errors in 2 files\n') + '$')),
+    ('a directory', {'d/x': ''}, 'check d', 3, '', re.compile(r"^d: error: This is a directory\..* \[104\]\n" + ONE)),
+    ('the models in a directory', {'d/a.model': BAD, 'd/e/b.model': GOOD, 'd/x': BAD}, 'check -r d', 1, '',
+     BAD_TEXT.replace('bad.model', 'd/a.model') + ONE),
+    ('a directory without models', {'d/x': BAD}, 'check -r d', 3, '', re.compile('^d: error: ')),
+    ('no summary of a directory', {'d/x': ''}, 'info d', 3, '', re.compile('^d: error: This is a directory')),
+    ('a kind that is told', {'r.txt': RESULTS}, 'check --as model r.txt', 1, '', re.compile(r'^r\.txt:1:1: error: .* \[\d+\]')),
+    ('colour where it is asked for', {'a': BAD}, 'check --color always a', 1, '', re.compile(r'\033\[.*error:.*\033\[0m')),
+    ('a file alone', {'good.model': GOOD}, 'good.model', 0, re.compile(r'^good\.model: model, read in [0-9.]+ ms\n'), ''),
+    ('options alone', {'good.model': GOOD}, '--no-timing good.model', 0, re.compile(r'^good\.model: model\n'), ''),
+    ('an unknown command', {}, 'chekc x', 2, '', "orvalo: 'chekc' is neither a command nor a file. Did you mean 'check'?\n"),
+    ('an unknown rule', {}, 'check --explain bogus', 2, '', re.compile("^orvalo: there is no rule 'bogus'")),
+    ('an unknown rule to disable', {'a': GOOD}, 'check --disable bogus a', 2, '', re.compile('there is no rule bogus')),
+    ('markdown of files', {'a': GOOD}, 'check --format=markdown a', 2, '', re.compile('markdown is for --explain')),
+    ('standard input forever', {}, 'check --watch -', 2, '', re.compile('cannot be watched')),
     ('results cut short', {'r.txt': RESULTS + '1\t2\t3\n'}, 'check r.txt', 1, '',
-     'r.txt: error: Not enough columns provided (3 columns missing in line 4). [308]\n'),
+     re.compile(r'^r\.txt.*: error: Not enough columns provided \(3 columns missing in line 4\)\. \[308\]\n')),
     ('header of results without a line end', {'r.txt': 'x\ty\tz\tf\tu'}, 'check r.txt', 1, '',
-     re.compile(r"^r\.txt: error: Unable to read '.*' results file\. \[201\]\n$")),
+     re.compile(r"^r\.txt.*: error: Unable to read '.*' results file\. \[201\]\n")),
     ('neither model nor results', {'x': 'hello world\n'}, 'info x', 1, '', re.compile(r'^x:1:1: error: Section name')),
     ('summary', {'good.model': GOOD}, 'info good.model', 0,
      re.compile(r'^good\.model: model, .*2 x 1 x 1 cubes .*#1 +a +2 cubes +vp 2 +vs 1\n.*2 samples, 0\.2 us, from 0 us\n.*\(1, 1, 1\): u to s',
                 re.S), ''),
+    ('a grid with damping cells around', {'a': HEAD + CUBES + 'DAMPING count 1 data 9 1 1 1 .5 END END ' + TAIL}, 'a', 0,
+     re.compile(r'grid +9 x 1 x 1 cells, damping included \(x 1\.\.9,'), ''),
     ('grid alone of a file that is no whole model', {'g.model': 'nothing else\n' + CUBES}, 'info --cubes-only g.model', 0,
      re.compile(r'^g\.model: cubes of a model, .*2 x 1 x 1 cubes .*#1 +2 cubes\n$', re.S), ''),
     ('value by row', {'r.txt': RESULTS}, 'value r.txt --column 1 --row 0', 0, '-0.0025\n', ''),
@@ -66,15 +101,17 @@ CASES = [
      'r.txt: error: Invalid row number provided. [300]\n'),
     ('value far beyond every cube, file last', {'r.txt': RESULTS}, 'value --column 0 --at 1 -99999999999 3 r.txt', 1, '',
      'r.txt: error: Y coordinate out of range. [303]\n'),
-    ('results with the names of sections, without rows, with a bad row',
-     {'a': 'table\tset\n1\t2\n', 'b': 'ux\tuy\n', 'c': 'ux\tuy\nabc\t2\n'}, 'check a b c', 1, '',
-     'c: error: Too many columns provided (line 2). [307]\n'),
-    ('models with a first word that is none', {'a': 'ANALYSES cellsize\n 1 timestep 0.1 END\n', 'b': '#A b\n1\n2 END\n'},
-     'check a b', 1, '', re.compile(r'^a:1:1: error: .*\^\nb:1:1: error: .*\^\n$', re.S)),
+    ('results with the names of sections, without rows, with a bad row, with blanks, with a BOM',
+     {'a': 'table\tset\n1\t2\n', 'b': 'ux\tuy\n', 'c': 'ux\tuy\nabc\t2\n', 'd': 'X Y Z F ux\n1 2 3 0 5\n', 'e': '\ufeff' + RESULTS},
+     'check --format=json a b c d e', 1, re.compile('(?s)^(?!.*"model")'), ''),
+    ('models with a first word that is none, a byte order mark, tabs in the first comment or after a misspelt word',
+     {'a': 'ANALYSES cellsize\n 1 timestep 0.1 END\n', 'b': '#A b\n1\n2 END\n', 'c': '\ufeff' + GOOD, 'd': ';\tby\tX\n' + GOOD,
+      'e': 'ANALYSYS\tcellsize\t=\none\n', 'f': ('\ufeff' + GOOD).encode('utf-16-le')},
+     'check --format=json a b c d e f', 1, re.compile('(?s)^(?!.*"results")'), ''),
     ('value of an unknown column', {'r.txt': RESULTS}, 'value r.txt --column uz --row 0', 1, '',
      "r.txt: error: No value column is named 'uz'.\n"),
     ('value from a missing file', {}, 'value no.txt --column 0 --row 0', 3, '',
-     re.compile(r"^no\.txt: error: Unable to open '.*no\.txt' results file\. \[200\]\n$")),
+     re.compile(r"^no\.txt: error: Unable to open '.*no\.txt' results file\. \[200\]\n")),
     ('no command', {}, '', 2, '', re.compile('.')),
     ('no file', {}, 'check', 2, '', re.compile('.')),
     ('unknown option', {}, 'info --bogus x', 2, '', re.compile('.')),
@@ -98,17 +135,19 @@ class ToolTest(unittest.TestCase):
             path.parent.mkdir(exist_ok=True)
             path.write_bytes(content if isinstance(content, bytes) else content.encode())
 
-    def run_tool(self, arguments):
-        return subprocess.run([TOOL] + arguments.split(), cwd=self.directory, capture_output=True, timeout=60, check=False)
+    def run_tool(self, arguments, given=b''):
+        return subprocess.run([TOOL] + arguments.split(), cwd=self.directory, capture_output=True, timeout=60, check=False,
+                              input=given)
 
     def run_json(self, arguments, status):
         done = self.run_tool(arguments + ' --format=json')
         self.assertEqual((done.returncode, done.stderr), (status, b''))
         return json.loads(done.stdout, parse_constant=self.fail)
 
-    def run_on_terminal(self, arguments, **environment):
+    def run_on_terminal(self, arguments, columns=120, **environment):
         """Standard error as a terminal received it."""
         master, slave = pty.openpty()
+        fcntl.ioctl(slave, termios.TIOCSWINSZ, struct.pack('4H', 25, columns, 0, 0))
         process = subprocess.Popen([TOOL] + arguments.split(), cwd=self.directory, stdout=subprocess.DEVNULL, stderr=slave,
                                    env={**os.environ, 'TERM': 'xterm', 'NO_COLOR': '', **environment})
         os.close(slave)
@@ -142,28 +181,53 @@ class ToolTest(unittest.TestCase):
                 self.assertEqual(done.returncode, status)
 
     def test_check_as_json(self):
-        self.write({'bad.model': HEAD + 'CUBES count 2 format 0 data\n1 1 1 1\n1 1 70000', 'w.model': HEAD +
-                    'CUBES count 1 format 1 data 1 1 1 1 20 END END\n' + TAIL, b'\xff.txt'.decode(errors='surrogateescape'): RESULTS})
-        bad, warned, results, missing = self.run_json('check bad.model w.model \udcff.txt no.model', 3)
+        self.write({'bad.model': HEAD + 'CUBES count 2 format 0 data\n1 1 1 1\n1 1 70000 1 END END\n' + TAIL,
+                    'w.model': HEAD + 'include "W.cubes"\n' + TAIL.replace('force', 'forc').replace('output', 'outptu'),
+                    'w.cubes': CUBES.replace('data', 'dta'), b'\xff.txt'.decode(errors='surrogateescape'): RESULTS})
+        document = self.run_json('check bad.model w.model \udcff.txt no.model', 3)
+        jsonschema.validate(document, json.loads((ROOT / 'docs' / 'check.schema.json').read_text()))
+        bad, misspelt, results, missing = document
         offset = len(HEAD) + len('CUBES count 2 format 0 data\n1 1 1 1\n1 1 ')
-        self.assertEqual(bad, {'path': 'bad.model', 'kind': 'model', 'ok': False, 'problems': [
-            {'severity': 'error', 'code': 122, 'message': 'Invalid Z coordinate value (or out of range).',
-             'path': 'bad.model', 'line': 5, 'column': 5, 'offset': offset, 'row': 2}]})
-        self.assertTrue(warned['ok'])
-        self.assertEqual(warned['problems'], [
-            {'severity': 'warning', 'code': None, 'message': 'Temperatures of cells made of material #1 were ignored, because '
-             'material is defined as non-temperature dependent.', 'path': None, 'line': None, 'column': None, 'offset': None,
-             'row': None}])
+        self.assertEqual((bad['path'], bad['kind'], bad['ok']), ('bad.model', 'model', False))
+        for key, value in {'severity': 'error', 'code': 122, 'message': 'Invalid Z coordinate value (or out of range).',
+                           'path': 'bad.model', 'line': 5, 'column': 5, 'offset': offset, 'length': 5, 'row': 2}.items():
+            self.assertEqual(bad['problems'][0][key], value, key)
+        keyword, *others = misspelt['problems']
+        self.assertEqual(keyword['includedFrom'], [{'path': 'w.model', 'line': 3, 'column': 1}])
+        self.assertEqual(keyword['fixes'], [{'path': 'w.cubes', 'offset': 23, 'length': 3, 'replacement': 'data'}])
+        self.assertTrue({'data', 'count'} <= set(keyword['expected']))
+        self.assertEqual([(problem['line'], problem['row']) for problem in others], [(4, None), (5, None)])
         self.assertEqual((results['kind'], results['ok'], results['problems']), ('results', True, []))
-        self.assertEqual((missing['ok'], missing['problems'][0]['code']), (False, 103))
+        self.assertEqual((missing['ok'], missing['problems'][0]['code'], missing['problems'][0]['line']), (False, 103, None))
+
+    def test_documents(self):
+        """What the pages show is what the tool says."""
+        page = (ROOT / 'docs' / 'json.md').read_text()
+        model, shown = (re.search(f'```{kind}\n(.*?)```', page, re.S)[1] for kind in ('text', 'json'))
+        self.write({'bad.model': model})
+        self.assertEqual(self.run_json('check bad.model', 1), json.loads(shown))
+        rules = self.run_tool('check --explain=all --format=markdown').stdout.decode()
+        self.assertEqual((ROOT / 'docs' / 'diagnostics.md').read_text(), rules)
 
     def test_info_as_json(self):
-        self.write({'good.model': GOOD, 'r.txt': RESULTS, 'bad.model': BAD})
+        pulse = 'ACTUATOR shape point position 1 1 1 input definition method force type fullpulse waveform sine envelope none ' \
+                'frequency 7 duration .35 phase 45 END '
+        good = GOOD.replace('0.1 END', '0.1 starttime .7 END', 1).replace('count 2 data 0 1', 'count 3 data 0 1 0')
+        good = good.replace('force END', 'force start .6 direction V factorv .5 processing invert END ' + pulse)
+        self.write({'good.model': good.replace('"s"', '"s" notation decimal'), 'r.txt': RESULTS, 'bad.model': BAD})
         model, results, bad = self.run_json('info good.model r.txt bad.model', 1)
         self.assertEqual(model['grid']['x'], {'min': 1, 'max': 2, 'cubes': 2, 'length': 2.0})
-        self.assertEqual([(m['number'], m['cubes'], m['vp']) for m in model['materials']], [(1, 2, 2.0)])
+        self.assertEqual([(m['number'], m['cubes'], m['vp']) for m in model['materials'][:1]], [(1, 2, 2.0)])
+        self.assertEqual((model['materials'][1]['cubes'], model['materials'][1]['coefficients']['poisson']), (0, [0, 0, 0.3]))
         self.assertEqual(model['sensors'][0]['position'], [1, 1, 1])
-        self.assertEqual((model['actuators'][0]['samples'], round(model['actuators'][0]['duration'], 9)), (2, 0.2))
+        self.assertEqual((model['timeStep'], model['startTime']), (0.1, 0.7))
+        driven = {'samples': 3, 'duration': 0.3, 'start': 0.6, 'factors': [1, 0.5, 1], 'processing': 'invert', 'direction': 'V'}
+        self.assertEqual({key: model['actuators'][0][key] for key in driven}, driven)
+        self.assertEqual(model['actuators'][1]['definition'], {'type': 'fullpulse', 'waveform': 'sine', 'envelope': 'none',
+                                                               'frequency': 7, 'duration': 0.35, 'phase': 45})
+        self.assertEqual(model['sensors'][0]['notation'], 'decimal')
+        self.assertNotIn('readSeconds', model)
+        self.assertGreater(self.run_json('info --timing good.model', 0)[0]['readSeconds'], 0)
         self.assertEqual(results['box'], {'x': {'min': -1, 'max': 1}, 'y': {'min': 2, 'max': 2}, 'z': {'min': 3, 'max': 3},
                                           'cells': 3, 'covered': 2, 'fill': 2 / 3})
         self.assertEqual(results['columns'][0], {'name': 'ux', 'min': 0.1, 'max': 0.1, 'mean': 0.1, 'notNumbers': 1})
@@ -180,10 +244,47 @@ class ToolTest(unittest.TestCase):
         for in_text, in_mat in zip(text['columns'], mat['columns'], strict=True):
             self.assertEqual({**in_text, 'name': None}, in_mat)
 
-    def test_colour_only_where_welcome(self):
-        self.write({'bad.model': BAD})
+    def test_terminals(self):
+        self.write({'bad.model': BAD, 'long.model': HEAD + 'CUBES ' + 'count 1 ' * 50 + 'bogus ' + 'count 1 ' * 50})
         self.assertIn('\033[', self.run_on_terminal('check bad.model'))
-        self.assertEqual(self.run_on_terminal('check bad.model', NO_COLOR='1'), BAD_TEXT)
+        self.assertEqual(self.run_on_terminal('check bad.model', NO_COLOR='1'), BAD_TEXT + ONE)
+        self.assertEqual(self.run_on_terminal('check --color=never bad.model'), BAD_TEXT + ONE)
+        for columns in (40, 80, 200):
+            lines = self.run_on_terminal('check --first --color=never long.model', columns).split('\n')
+            self.assertLessEqual(max(len(lines[1]), len(lines[2])), columns)
+            self.assertGreaterEqual(len(lines[1]), columns - 1)
+            self.assertEqual(lines[1][lines[2].index('^'):][:len('bogus')], 'bogus')
+
+    def test_standard_input_and_pipes(self):
+        """Each is read once, yet shown like a file, and includes what stands beside where it is named."""
+        part = {'part': CUBES.replace('1 1 1 1', '1 1 x 1')}
+        self.write({**part, **{'d/' + name: text for name, text in part.items()}})
+        text = HEAD + 'include "part"\n' + TAIL
+        for arguments, content, status, message in (
+                ('check -', BAD, 1, BAD_TEXT.replace('bad.model', '<stdin>')), ('check -', text, 1, 'part:1:33: error: Inv'),
+                ('check d/pipe', BAD, 1, BAD_TEXT.replace('bad.model', 'd/pipe')),
+                ('check d/pipe', text, 1, 'd/part:1:33: error: Inv'), ('info -', RESULTS, 0, ''), ('-', GOOD, 0, ''),
+                ('value d/pipe --column 0 --row 0', 'u', 1, 'd/pipe')):
+            with self.subTest(arguments=arguments, content=content):
+                if 'pipe' in arguments:
+                    os.mkfifo(self.directory / 'd/pipe')
+                    threading.Thread(target=(self.directory / 'd/pipe').write_text, args=[content], daemon=True).start()
+                done = self.run_tool(arguments, content.encode())
+                self.assertEqual((done.returncode, done.stderr.decode()[:len(message)]), (status, message))
+                if 'pipe' in arguments:
+                    (self.directory / 'd/pipe').unlink()
+
+    def test_watch(self):
+        self.write({'a.model': HEAD + 'include "part"\n' + TAIL, 'part': CUBES})
+        tool = subprocess.Popen([TOOL, 'check', '--watch', 'a.model'], cwd=self.directory, stderr=subprocess.PIPE, text=True)
+        self.addCleanup(lambda: (tool.kill(), tool.wait(), tool.stderr.close()))
+        for change, expected in ((None, '0 errors in 1 file'), ('1 1 x 1', 'part:1:33: error: '), ('1 1 1 1', '0 errors in 1 file')):
+            if change:
+                self.write({'part': CUBES.replace('1 1 1 1', change) + ' '})
+                self.assertEqual([tool.stderr.readline() for _ in range(2)], ['\n', 'part has changed.\n'])
+            self.assertIn(expected, tool.stderr.readline())
+            while 'error: ' in expected and tool.stderr.readline() != ONE:
+                pass
 
     def test_progress_bar_comes_and_goes(self):
         """The grid is half read while a slow include keeps the tool waiting."""
@@ -201,17 +302,6 @@ class ToolTest(unittest.TestCase):
         feeder.join()
         self.assertRegex(received, r'\r\033\[K\[#+\.+\]  50%  slow\.model')
         self.assertTrue(received.endswith('slow.model\r\033[K'), received)
-
-    def test_pipes_are_read_once(self):
-        for arguments, content, message in (('check pipe', BAD, 'pipe:2:11: error: Invalid proverty value'),
-                                            ('value pipe --column 0 --row 0', 'u', 'pipe: error: Unable to read')):
-            os.mkfifo(self.directory / 'pipe')
-            feeder = threading.Thread(target=(self.directory / 'pipe').write_text, args=[content], daemon=True)
-            feeder.start()
-            done = self.run_tool(arguments)
-            feeder.join()
-            self.assertEqual((done.returncode, done.stderr.decode().startswith(message)), (1, True), done.stderr)
-            (self.directory / 'pipe').unlink()
 
     def test_short_reads_draw_nothing(self):
         self.write({'good.model': GOOD})

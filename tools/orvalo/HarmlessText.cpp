@@ -8,14 +8,24 @@
 
 namespace {
 
-// Letters of the Latin, Greek and Cyrillic scripts: one column wide on every terminal, and free of control functions.
-bool IsPlainLetter(unsigned int codePoint) {
+// Letters of the Latin, Greek and Cyrillic scripts, typographic dashes and quotes: one column wide on every terminal,
+// and free of control functions.
+bool IsPlain(unsigned int codePoint) {
     return (codePoint >= 0xA1 && codePoint <= 0x2FF && codePoint != 0xAD) ||
-           (codePoint >= 0x391 && codePoint <= 0x3C9) || (codePoint >= 0x400 && codePoint <= 0x45F);
+           (codePoint >= 0x391 && codePoint <= 0x3C9) || (codePoint >= 0x400 && codePoint <= 0x45F) ||
+           (codePoint >= 0x2010 && codePoint <= 0x2027) || codePoint == 0x2212;
 }
 
-bool IsContinuation(char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+// The character that `bytes` bytes at the start of a text encode; 0 where they do not.
+unsigned int Decode(std::string_view text, std::size_t bytes) {
+    if (text.size() < bytes) return 0;
+    unsigned int codePoint = static_cast<unsigned char>(text[0]) & (0x7FU >> bytes);
+    for (std::size_t i = 1; i < bytes; ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if ((byte & 0xC0U) != 0x80U) return 0;
+        codePoint = (codePoint << 6) | (byte & 0x3FU);
+    }
+    return codePoint;
 }
 
 }  // namespace
@@ -23,11 +33,9 @@ bool IsContinuation(char c) {
 Glyph FirstGlyph(std::string_view text) {
     const auto lead = static_cast<unsigned char>(text[0]);
     if (lead >= 0x20 && lead < 0x7F) return {std::string(1, text[0]), 1, 1};
-    // All plain letters are encoded in two bytes.
-    if (lead >= 0xC2 && lead < 0xE0 && text.size() > 1 && IsContinuation(text[1])) {
-        const unsigned int codePoint = ((lead & 0x1FU) << 6) | (static_cast<unsigned char>(text[1]) & 0x3FU);
-        if (IsPlainLetter(codePoint)) return {std::string(text.substr(0, 2)), 1, 2};
-    }
+    // All plain characters are encoded in two or three bytes.
+    const std::size_t bytes = lead >= 0xC2 && lead < 0xE0 ? 2 : lead >= 0xE0 && lead < 0xF0 ? 3 : 0;
+    if (bytes > 0 && IsPlain(Decode(text, bytes))) return {std::string(text.substr(0, bytes)), 1, bytes};
     return {fmt::format("<{:02X}>", lead), 4, 1};
 }
 

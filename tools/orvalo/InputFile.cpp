@@ -4,144 +4,95 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
-#include <string_view>
-#include <system_error>
+#include <utility>
+#include <vector>
 
 #include <Orvalo3DReader/Common/Exception.h>
-#include <Orvalo3DReader/Common/ReaderMessages.h>
 #include <Orvalo3DReader/Reader/Reader.h>
 #include <Orvalo3DReader/Reader/ResultsReader.h>
 
 #include "DeclaredCubes.h"
-#include "FileKind.h"
-#include "Problem.h"
+#include "IncludedFiles.h"
+#include "ModelWords.h"
 #include "ProgressBar.h"
-#include "TemperatureWarnings.h"
 #include "Terminal.h"
 
 namespace {
 
-using orvalo::ReaderMessages;
-
-// The library names file, line and column in a first line of its own, which the true place replaces.
-std::string WithoutPlace(const std::string& what) {
-    if (!what.starts_with("Error in file \"")) return what;
-    const std::size_t end = what.find(":\n", what.rfind("\", line "));
-    return end == std::string::npos ? what : what.substr(end + 2);
-}
-
-bool CanBeRead(const std::string& path) {
-    std::error_code unknown;
-    if (std::filesystem::is_fifo(path, unknown)) return true;  // It was read already, and would be waited for.
-    std::ifstream file(path, std::ios::binary);
-    file.peek();
-    return file.is_open() && !file.bad();
-}
-
-// Results that end too early are reported by the same message as a disk that fails, so the file is asked again.
-ExitStatus StatusOf(int code, const std::string& path) {
-    if (code == ReaderMessages::ErrorOpeningInputFile.code || code == ReaderMessages::ErrorReadingInputFile.code ||
-        code == ReaderMessages::CannotResolvePath.code || code == ReaderMessages::ErrorOpeningResultsFile.code) {
-        return ExitStatus::unreadableFile;
-    }
-    if (code == ReaderMessages::ErrorReadingResultsFile.code && !CanBeRead(path)) return ExitStatus::unreadableFile;
-    return ExitStatus::badFile;
-}
-
-// The library opens files by absolute paths; a user looks for them where the main file was named.
-std::string ShownPath(const std::string& opened, const std::string& mainPath) {
-    const auto openedPath = std::filesystem::path(opened).lexically_normal();
-    const auto absoluteMain = std::filesystem::absolute(mainPath).lexically_normal();
-    if (openedPath == absoluteMain) return mainPath;
-    if (openedPath.parent_path() != absoluteMain.parent_path()) return opened;
-    return (std::filesystem::path(mainPath).parent_path() / openedPath.filename()).string();
-}
-
-Problem ToProblem(const orvalo::Exception& exception, const std::string& path) {
-    Problem problem;
-    problem.code = exception.code();
-    problem.message = WithoutPlace(exception.what());
-    problem.status = StatusOf(problem.code, path);
-    return problem;
-}
-
 class Stopwatch {
 public:
-    double Seconds() const { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count(); }
+    explicit Stopwatch(double& seconds) : seconds_(seconds) {}
+    Stopwatch(const Stopwatch&) = delete;
+    Stopwatch& operator=(const Stopwatch&) = delete;
+    ~Stopwatch() { seconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count(); }
 
 private:
+    double& seconds_;
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
+/// Whether a model can be read twice: a pipe that it includes would be waited for the second time.
+bool CanBeReadTwice(const std::string& path) {
+    const std::vector<std::string> paths = WithIncludedFiles(path);
+    return std::all_of(paths.begin(), paths.end(), [](const std::string& included) {
+        return MayBeReread(included) || !std::filesystem::exists(included);
+    });
+}
+
 void ReadModel(InputFile& file, bool cubesOnly) {
+    const std::string& path = file.checked.input.Path();
     unsigned long long cubesRead = 0;
-    const std::uint64_t declared = IsTerminal(stderr) ? DeclaredCubes(file.path) : 0;
+    const std::uint64_t declared = IsTerminal(stderr) ? DeclaredCubes(path) : 0;
     auto model = std::make_unique<orvalo::Model>();
-    orvalo::Reader reader(file.path, cubesOnly);
+    orvalo::Reader reader(path, cubesOnly);
     reader.TraceCurrentCube(&cubesRead);
-    const ProgressBar bar(file.path, [&] {
+    const ProgressBar bar(file.checked.input.Name(), [&] {
         return ProgressBar::State{std::atomic_ref(cubesRead).load(std::memory_order_relaxed), declared};
     });
-    const Stopwatch stopwatch;
     try {
+        const Stopwatch stopwatch(file.seconds);
         reader.Execute(model.get(), true);
-        file.seconds = stopwatch.Seconds();
-        if (!cubesOnly) file.problems = TemperatureWarnings(*model);
         file.model = std::move(model);
     } catch (const orvalo::Exception& exception) {
-        file.seconds = stopwatch.Seconds();
-        Problem problem = ToProblem(exception, file.path);
-        problem.place = reader.FailurePlace();
-        problem.row = reader.FailureRow();
-        if (!problem.place.path.empty()) problem.shownPath = ShownPath(problem.place.path, file.path);
-        file.problems.push_back(problem);
+        file.checked.Add(exception);
+        file.checked.diagnostics.back().place = reader.FailurePlace();
+        file.checked.diagnostics.back().row = reader.FailureRow();
     }
 }
 
 void ReadResults(InputFile& file) {
+    const Input& input = file.checked.input;
     float percent = 0.0F;
-    orvalo::ResultsReader reader(file.path);
+    orvalo::ResultsReader reader(input.Path());
     reader.TraceProgress(&percent);
-    const ProgressBar bar(file.path, [&] {
+    const ProgressBar bar(input.Name(), [&] {
         const float done = std::atomic_ref(percent).load(std::memory_order_relaxed);
         return ProgressBar::State{static_cast<std::uint64_t>(done), 100};
     });
-    const Stopwatch stopwatch;
     try {
+        const Stopwatch stopwatch(file.seconds);
         file.results.reset(reader.Execute());
-    } catch (const orvalo::Exception& exception) {
-        file.problems.push_back(ToProblem(exception, file.path));
+    } catch (const orvalo::Exception&) {
+        Check(file.checked, CheckSettings());
     }
-    file.seconds = stopwatch.Seconds();
 }
 
 }  // namespace
 
-ExitStatus InputFile::Status() const {
-    ExitStatus worst = ExitStatus::good;
-    for (const Problem& problem : problems) {
-        if (problem.severity == Problem::Severity::error) worst = std::max(worst, problem.status);
+InputFile ReadInputFile(const std::string& name, bool cubesOnly, const std::optional<FileKind>& told) {
+    InputFile file(name, told);
+    const std::string& path = file.checked.input.Path();
+    if (file.checked.input.IsDirectory()) {
+        Check(file.checked, CheckSettings());
+    } else if (file.checked.kind == FileKind::results) {
+        ReadResults(file);
+    } else {
+        if (!cubesOnly && CanBeReadTwice(path)) Check(file.checked, CheckSettings());
+        if (file.checked.Errors() == 0) ReadModel(file, cubesOnly);
     }
-    return worst;
-}
-
-InputFile ReadInputFile(const std::string& path, bool cubesOnly) {
-    if (DetectFileKind(path) == FileKind::results) return ReadResultsFile(path);
-    InputFile file;
-    file.path = path;
-    ReadModel(file, cubesOnly);
-    return file;
-}
-
-InputFile ReadResultsFile(const std::string& path) {
-    InputFile file;
-    file.path = path;
-    file.kind = FileKind::results;
-    ReadResults(file);
     return file;
 }

@@ -1,35 +1,33 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include <Orvalo3DReader/Model/Model.h>
 #include <Orvalo3DReader/Results/Results.h>
 
+#include "CheckedFile.h"
 #include "ExitStatus.h"
 #include "FileKind.h"
-#include "Problem.h"
 
 /// A file named on the command line and what became of reading it.
 struct InputFile {
-    std::string path;
-    FileKind kind = FileKind::model;
-    /// What is wrong with it: an error, or the temperature warnings.
-    std::vector<Problem> problems;
+    InputFile(const std::string& name, const std::optional<FileKind>& told) : checked(name, told) {}
+
+    /// What is wrong with it: errors, or the warnings about a model that was read.
+    CheckedFile checked;
     /// Set when a model was read without an error.
     std::unique_ptr<orvalo::Model> model;
     /// Set when results were read without an error.
     std::unique_ptr<orvalo::Results> results;
-    /// Wall-clock time that the library took.
+    /// Wall-clock time that the library took to read it.
     double seconds = 0.0;
 
     bool Good() const { return model != nullptr || results != nullptr; }
-    ExitStatus Status() const;
+    ExitStatus Status() const { return checked.Status(); }
 };
 
-/// Reads a file of either kind, with a progress bar if that takes long. Never throws for what is wrong with a file.
-InputFile ReadInputFile(const std::string& path, bool cubesOnly);
-
-/// The same for a file that must hold results.
-InputFile ReadResultsFile(const std::string& path);
+/// Reads a file, with a progress bar if that takes long; of which kind it is, is guessed if not told. Never throws for
+/// what is wrong with a file.
+InputFile ReadInputFile(const std::string& name, bool cubesOnly, const std::optional<FileKind>& told);

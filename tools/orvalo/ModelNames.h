@@ -28,6 +28,14 @@ inline std::string WriteModeName(int writeMode) {
     return names[writeMode];
 }
 
+inline std::string NotationName(int notation) {
+    return notation == 1 ? "scientific" : "decimal";
+}
+
+inline std::string ProcessingName(bool invert) {
+    return invert ? "invert" : "none";
+}
+
 inline std::string FileFormatName(int fileFormat) {
     return fileFormat == 1 ? "mat" : "txt";
 }

@@ -21,14 +21,14 @@ struct ModelSummary {
         double least = 0.0;
         double greatest = 0.0;
     };
-    /// A material that the grid uses.
-    struct UsedMaterial {
+    /// A material that the file defines or the grid uses.
+    struct MaterialUse {
         /// The number in the file.
         int number = 0;
+        /// 0 for one that is only defined.
         std::size_t cubes = 0;
         /// As the material is at room temperature; nothing when only the cubes were read.
         std::optional<orvalo::Material> properties;
-        bool temperatureDependent = false;
     };
     /// How long an actuator or a piezo patch is driven.
     struct Excitation {
@@ -39,9 +39,12 @@ struct ModelSummary {
     };
 
     bool cubesOnly = false;
+    /// In microseconds, as the file says.
+    double timeStep = 0.0;
+    double startTime = 0.0;
     /// The box of all cubes and damping cubes along x, y and z.
     std::array<Axis, 3> box;
-    std::vector<UsedMaterial> materials;
+    std::vector<MaterialUse> materials;
     /// In degrees Celsius; nothing for a grid without.
     std::optional<Range> temperatures;
     /// Nothing without damping cubes.

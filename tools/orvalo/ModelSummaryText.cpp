@@ -31,7 +31,8 @@ std::string ToText(const ModelSummary::Excitation& excitation) {
 
 void AddGrid(SummaryLines& lines, const orvalo::Model& model, const ModelSummary& summary) {
     const auto& [x, y, z] = summary.box;
-    lines.Add("grid", fmt::format("{} x {} x {} cubes (x {}..{}, y {}..{}, z {}..{})", x.cubes, y.cubes, z.cubes,
+    const char* cells = model.cubes.DampingCubesCount() > 0 ? "cells, damping included" : "cubes";
+    lines.Add("grid", fmt::format("{} x {} x {} {} (x {}..{}, y {}..{}, z {}..{})", x.cubes, y.cubes, z.cubes, cells,
                                   x.first, x.last, y.first, y.last, z.first, z.last));
     if (!summary.cubesOnly) {
         lines.Add("", fmt::format("{:.6g} x {:.6g} x {:.6g} in length, cell size {:.6g}", x.cubes * model.cellSize,
@@ -40,13 +41,13 @@ void AddGrid(SummaryLines& lines, const orvalo::Model& model, const ModelSummary
     lines.Add("cubes", fmt::format("{}", model.cubes.CubesCount()));
 }
 
-std::string MaterialText(const ModelSummary::UsedMaterial& material, std::size_t nameWidth, double roomTemperature) {
+std::string MaterialText(const ModelSummary::MaterialUse& material, std::size_t nameWidth, double roomTemperature) {
     std::string text = fmt::format("#{:<4}", material.number);
     if (material.properties) text += fmt::format("{:<{}}", Harmless(material.properties->name), nameWidth);
     text += fmt::format("{:>10} cubes", material.cubes);
     if (material.properties) {
         text += fmt::format("  vp {:<10.6g} vs {:<10.6g}", material.properties->vp, material.properties->vs);
-        text += material.temperatureDependent ? fmt::format(" (at {:.6g} deg C)", roomTemperature) : "";
+        text += material.properties->temperatureDependent ? fmt::format(" (at {:.6g} deg C)", roomTemperature) : "";
     }
     text.erase(text.find_last_not_of(' ') + 1);
     return text;
@@ -55,11 +56,13 @@ std::string MaterialText(const ModelSummary::UsedMaterial& material, std::size_t
 void AddMaterials(SummaryLines& lines, const orvalo::Model& model, const ModelSummary& summary) {
     std::size_t nameWidth = 0;
     for (const auto& material : summary.materials) {
-        if (material.properties) nameWidth = std::max(nameWidth, material.properties->name.size());
+        if (material.properties && material.cubes > 0)
+            nameWidth = std::max(nameWidth, material.properties->name.size());
     }
     std::vector<std::string> texts;
-    for (const auto& material : summary.materials)
-        texts.push_back(MaterialText(material, nameWidth, model.roomTemperature));
+    for (const auto& material : summary.materials) {
+        if (material.cubes > 0) texts.push_back(MaterialText(material, nameWidth, model.roomTemperature));
+    }
     lines.AddList("materials", texts, mostMaterials);
 }
 
@@ -138,7 +141,7 @@ std::string ToText(const orvalo::Model& model, const ModelSummary& summary) {
     AddMaterials(lines, model, summary);
     AddGridValues(lines, model, summary);
     if (summary.cubesOnly) return lines.Text();
-    lines.Add("time step", fmt::format("{:.6g} us, start at {:.6g} us", model.timeStep * 1e6, model.startTime * 1e6));
+    lines.Add("time step", fmt::format("{:.6g} us, start at {:.6g} us", summary.timeStep, summary.startTime));
     AddExcitations(lines, model, summary);
     AddOutputs(lines, model);
     AddTablesAndSets(lines, model);

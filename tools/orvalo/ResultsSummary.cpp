@@ -51,14 +51,72 @@ ResultsSummary::Column SummarizeColumn(const orvalo::Results& results, unsigned 
     return column;
 }
 
-// Coordinates as one number, so that distinct cubes can be counted by sorting.
-std::uint64_t CellKey(const orvalo::Results& results, unsigned int row) {
-    std::uint64_t key = 0;
-    for (unsigned int axis = 0; axis < axisNames.size(); ++axis) {
-        key = (key << 16) | static_cast<std::uint16_t>(results.IndexGet(axis, row));
-    }
-    return key;
+using Key = std::uint64_t;
+
+constexpr int coordinateBits = 16;
+
+Key CoordinateBits(int coordinate) {
+    return static_cast<Key>(coordinate + (1 << (coordinateBits - 1)));
 }
+
+/// Counts distinct cells. Rows mostly come in the order of their cells, by one axis or the other: then it is enough
+/// that none is twice in a row.
+class CellCounter {
+public:
+    CellCounter(const orvalo::Results& results, const ResultsSummary::Box& box) : results_(results), box_(box) {}
+
+    std::uint64_t Count() const {
+        const unsigned int rows = results_.RowCount();
+        if (Ascending({0, 1, 2}) || Ascending({2, 1, 0})) return rows;
+        constexpr std::uint64_t mostBitsPerRow = 64;
+        return box_.cells <= mostBitsPerRow * rows ? CountByBits() : CountBySorting();
+    }
+
+private:
+    Key KeyOf(unsigned int row, const std::array<unsigned int, 3>& axes) const {
+        Key key = 0;
+        for (const unsigned int axis : axes)
+            key = (key << coordinateBits) | CoordinateBits(results_.IndexGet(axis, row));
+        return key;
+    }
+
+    bool Ascending(const std::array<unsigned int, 3>& axes) const {
+        Key last = KeyOf(0, axes);
+        for (unsigned int row = 1; row < results_.RowCount(); ++row) {
+            const Key key = KeyOf(row, axes);
+            if (key <= last) return false;
+            last = key;
+        }
+        return true;
+    }
+
+    std::uint64_t CountByBits() const {
+        std::vector<bool> taken(box_.cells);
+        std::uint64_t count = 0;
+        for (unsigned int row = 0; row < results_.RowCount(); ++row) {
+            std::size_t cell = 0;
+            for (unsigned int axis = 0; axis < axisNames.size(); ++axis) {
+                const auto [first, last] = box_.axes[axis];
+                cell = cell * static_cast<std::size_t>(last - first + 1) +
+                       static_cast<std::size_t>(results_.IndexGet(axis, row) - first);
+            }
+            if (taken[cell]) continue;
+            taken[cell] = true;
+            ++count;
+        }
+        return count;
+    }
+
+    std::uint64_t CountBySorting() const {
+        std::vector<Key> keys(results_.RowCount());
+        for (unsigned int row = 0; row < keys.size(); ++row) keys[row] = KeyOf(row, {0, 1, 2});
+        std::sort(keys.begin(), keys.end());
+        return static_cast<std::uint64_t>(std::unique(keys.begin(), keys.end()) - keys.begin());
+    }
+
+    const orvalo::Results& results_;
+    const ResultsSummary::Box& box_;
+};
 
 std::optional<ResultsSummary::Box> FindBox(const orvalo::Results& results) {
     const unsigned int rows = results.RowCount();
@@ -76,10 +134,7 @@ std::optional<ResultsSummary::Box> FindBox(const orvalo::Results& results) {
         box.axes[axis] = {first, last};
         box.cells *= static_cast<std::uint64_t>(last - first) + 1;
     }
-    std::vector<std::uint64_t> keys(rows);
-    for (unsigned int row = 0; row < rows; ++row) keys[row] = CellKey(results, row);
-    std::sort(keys.begin(), keys.end());
-    box.covered = static_cast<std::uint64_t>(std::unique(keys.begin(), keys.end()) - keys.begin());
+    box.covered = CellCounter(results, box).Count();
     return box;
 }
 

@@ -16,11 +16,12 @@
 
 #include <Orvalo3DReader/Common/Exception.h>
 
-#include "Diagnostic.h"
+#include "DiagnosticText.h"
 #include "ExitStatus.h"
 #include "HarmlessText.h"
 #include "InputFile.h"
 #include "ResultsSummary.h"
+#include "TextStyle.h"
 
 namespace {
 
@@ -29,6 +30,7 @@ struct ValueOptions {
     std::string column;
     std::string row;
     std::array<std::string, 3> cube;
+    ColourMode colour = ColourMode::automatic;
 };
 
 // A whole number. What the type does not hold becomes its least or greatest, which the library refuses by its message.
@@ -73,7 +75,7 @@ ExitStatus Refuse(const std::string& path, const std::string& message) {
 
 ExitStatus PrintValue(const InputFile& file, const ValueOptions& options) {
     const std::optional<unsigned int> column = FindColumn(*file.results, options.column);
-    if (!column) return Refuse(file.path, "No value column is named '" + options.column + "'.");
+    if (!column) return Refuse(file.checked.input.Name(), "No value column is named '" + options.column + "'.");
     try {
         const auto coordinate = [&](std::size_t axis) { return ToCoordinate(options.cube[axis]).value_or(0); };
         const double value = options.row.empty()
@@ -81,15 +83,15 @@ ExitStatus PrintValue(const InputFile& file, const ValueOptions& options) {
                                  : file.results->ExValueGet(*column, ToNumber(options.row).value_or(0));
         fmt::print("{}\n", value);
     } catch (const orvalo::Exception& exception) {
-        return Refuse(file.path, fmt::format("{} [{}]", exception.what(), exception.code()));
+        return Refuse(file.checked.input.Name(), fmt::format("{} [{}]", exception.what(), exception.code()));
     }
     return ExitStatus::good;
 }
 
 ExitStatus Value(const ValueOptions& options) {
-    const InputFile file = ReadResultsFile(options.path);
+    const InputFile file = ReadInputFile(options.path, false, FileKind::results);
     if (file.results) return PrintValue(file, options);
-    PrintProblems(file);
+    PrintDiagnostics(file.checked.input, file.checked.diagnostics, TextStyle(stderr, options.colour));
     return file.Status();
 }
 
@@ -98,7 +100,7 @@ ExitStatus Value(const ValueOptions& options) {
 void AddValueCommand(CLI::App& app, ExitStatus& status) {
     auto options = std::make_shared<ValueOptions>();
     CLI::App* command = app.add_subcommand("value", "Print one value of a results file");
-    command->add_option("RESULTS", options->path, "A results file")->required();
+    command->add_option("RESULTS", options->path, "A results file; - reads standard input")->required();
     command->add_option("--column", options->column, "Value column: its number, from 0, or its name")->required();
     CLI::Option_group* place = command->add_option_group("place");
     place->add_option("--row", options->row, "Row, from 0")->check([](const std::string& text) {
@@ -108,6 +110,7 @@ void AddValueCommand(CLI::App& app, ExitStatus& status) {
         ->type_name("X Y Z")
         ->check([](const std::string& text) { return RefuseUnless(ToCoordinate(text).has_value(), text); });
     place->require_option(1);
+    AddColourOption(*command, options->colour);
     command->footer("The value is printed with as many digits as it takes to read the same number back.");
     command->callback([options, &status] { status = Value(*options); });
 }

@@ -1,5 +1,10 @@
+#include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <vector>
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -8,12 +13,34 @@
 
 #include "CheckCommand.h"
 #include "ExitStatus.h"
+#include "HarmlessText.h"
 #include "InfoCommand.h"
+#include "NearestWord.h"
 #include "ValueCommand.h"
 
 namespace {
 
-ExitStatus Run(int argc, char** argv) {
+/// What the first argument can be.
+enum class First { command, file, unknown };
+
+First Classify(const std::string& argument, const std::vector<std::string>& commands) {
+    if (argument == "--help" || argument == "-h" || argument == "--version") return First::command;
+    if (std::find(commands.begin(), commands.end(), argument) != commands.end()) return First::command;
+    std::error_code unknown;
+    const bool file = argument.starts_with('-') || argument.find_first_of("./\\") != std::string::npos ||
+                      std::filesystem::exists(argument, unknown);
+    return file ? First::file : First::unknown;
+}
+
+ExitStatus RefuseCommand(const std::string& word, const std::vector<std::string>& commands) {
+    const std::string nearest = NearestWord(word, commands);
+    const std::string hint = nearest.empty() ? fmt::format("The commands are {}.", fmt::join(commands, ", "))
+                                             : fmt::format("Did you mean '{}'?", nearest);
+    fmt::print(stderr, "orvalo: '{}' is neither a command nor a file. {}\n", Harmless(word), hint);
+    return ExitStatus::wrongUsage;
+}
+
+ExitStatus Run(std::vector<std::string> arguments) {
     ExitStatus status = ExitStatus::good;
     CLI::App app("Checks and summarises elastic wave models and simulation results.", "orvalo");
     app.set_version_flag("--version", "orvalo " ORVALO_VERSION);
@@ -22,10 +49,18 @@ ExitStatus Run(int argc, char** argv) {
     AddInfoCommand(app, status);
     AddValueCommand(app, status);
     app.footer(
+        "orvalo FILE... is short for orvalo info FILE...\n\n"
         "Exit status: 0 all is good; 1 a file has errors, or a value does not exist; 2 wrong usage; 3 a file cannot\n"
         "be opened or read. Of several files the worst counts: 3 before 1 before 0.");
+
+    std::vector<std::string> commands;
+    for (const CLI::App* command : app.get_subcommands({})) commands.push_back(command->get_name());
+    const First first = arguments.empty() ? First::command : Classify(arguments.front(), commands);
+    if (first == First::unknown) return RefuseCommand(arguments.front(), commands);
+    if (first == First::file) arguments.insert(arguments.begin(), "info");
+    std::reverse(arguments.begin(), arguments.end());
     try {
-        app.parse(argc, argv);
+        app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? ExitStatus::good : ExitStatus::wrongUsage;
     }
@@ -36,7 +71,7 @@ ExitStatus Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     try {
-        const ExitStatus status = Run(argc, argv);
+        const ExitStatus status = Run(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
         if (std::fflush(stdout) == 0) return static_cast<int>(status);
         std::perror("orvalo: standard output");
     } catch (const std::exception& exception) {

@@ -1,0 +1,59 @@
+#include "Input.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <system_error>
+
+#include "Spool.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
+        text.replace(at, from.size(), to);
+    }
+    return text;
+}
+
+}  // namespace
+
+Input::Input(const std::string& name) : name_(name), path_(name) {
+    std::error_code unknown;
+    if (name == "-") {
+        name_ = "<stdin>";
+        spool_ = std::make_unique<Spool>("", "");
+    } else if (fs::is_fifo(name, unknown)) {
+        spool_ = std::make_unique<Spool>(name, fs::path(name).parent_path().string());
+    }
+    if (spool_) path_ = spool_->Path();
+}
+
+Input::Input(Input&&) noexcept = default;
+Input& Input::operator=(Input&&) noexcept = default;
+Input::~Input() = default;
+
+bool Input::IsDirectory() const {
+    std::error_code unknown;
+    return fs::is_directory(path_, unknown);
+}
+
+std::string Input::Shown(const std::string& opened) const {
+    const auto openedPath = fs::path(opened).lexically_normal();
+    const auto mainPath = fs::absolute(path_).lexically_normal();
+    if (openedPath == mainPath) return name_;
+    if (openedPath.parent_path() != mainPath.parent_path()) return opened;
+    const fs::path directory = spool_ ? fs::path(spool_->IncludedFrom()) : fs::path(path_).parent_path();
+    return (directory / openedPath.filename()).string();
+}
+
+std::string Input::ShownMessage(const std::string& message) const {
+    if (!spool_) return message;
+    const std::string directory = fs::path(path_).parent_path().string();
+    const fs::path from = spool_->IncludedFrom().empty() ? "." : spool_->IncludedFrom();
+    const std::string included = (fs::absolute(from).lexically_normal() / "").string();
+    return Replaced(Replaced(message, path_, name_), directory + "/", included);
+}
