@@ -103,7 +103,7 @@ TEST(ModelClasses, CopiesShareAndOutliveTheirSource) {
     EXPECT_EQ(assigned.actuators[0].table->Get(0), table.Get(0));
     assigned = Model();
     // The sanitizer sees whether the numbers are still there.
-    EXPECT_TRUE(std::isfinite(table.Get(50)));
+    EXPECT_TRUE(std::isfinite(table.Get(0)));
     EXPECT_EQ(set.points[0].z, 9);
     EXPECT_EQ(points.Cells().begin()->second->x, 0);
 }
@@ -126,6 +126,8 @@ TEST(ModelClasses, SayWhichBufferDoesNotFit) {
         {102, "Cubes", 71, "AMC", "DAMPING count 100e6 data"},
         {102, "Table", 23, "AMC", "TABLE id 1 count 2147483647 data"},
         {102, "Set", 14, "AMC", "SET id 1 count 4294967295 data"},
+        // 720 MB of points, in a buffer of twice that.
+        {102, "Set", 14, "AMC", "SET id 1 count 120e6 data"},
         {127, "PiezoData", 35, "AMC", "PIEZO count 2 data 1 1 i 1 1 i"},
     };
     rlimit before{};
@@ -138,10 +140,16 @@ TEST(ModelClasses, SayWhichBufferDoesNotFit) {
     }
     // A count is kept though its buffer failed, and survives Free.
     Cubes cubes;
-    EXPECT_THROW(ModelAccess::AllocCubes(cubes, 200000000, true), Exception);
+    Table samples;
+    ModelAccess::Allocate(samples, true);
+    samples.count = gigabyte;
+    EXPECT_THROW(ModelAccess::AllocCubes(cubes, gigabyte, true), Exception);
+    EXPECT_THROW(ModelAccess::AllocDampingCubes(cubes, gigabyte), Exception);
+    EXPECT_THROW(ModelAccess::Allocate(samples, false), Exception);
+    EXPECT_EQ(samples.data, nullptr);
     setrlimit(RLIMIT_AS, &before);
     cubes.Free();
-    EXPECT_EQ(cubes.CubesCount(), 200000000U);
+    EXPECT_EQ(cubes.CubesCount() + cubes.DampingCubesCount(), 2 * gigabyte);
 }
 
 }  // namespace

@@ -31,6 +31,7 @@ TEST(BulkRows, ReportPlacesByTheirOwnCount) {
         {133, "CUBES count 1 format 0 data 10 20 30 1 @x", 1, 38, 0},
         {133, head + "\n1,1\t1 1\n\n\n1 1 1 1,,@x", 4, 11, 0},
         {178, head + "\n1 1 1 1\n1 1 1 1\nEND\n@x", 3, 6, 0},
+        {178, head + "\n1 1 1 1\nEND\n@x", 2, 6, 0},
         // Temperatures are tokens: a line feed that ends one is not counted.
         {180, warm + "\r\n1 1 1 1 20.5\r\n1 1 1 1 @hot", 3, 8, 2},
         {133, warm + "\n1 1 1 1 20.5\n10 10 10 1 -3e1\n@x", 1, 56, 0},

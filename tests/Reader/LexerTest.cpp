@@ -79,6 +79,9 @@ const TokensRow placesTable[] = {
     {"a\0b"s, " a@1:1 $@1:3(1:2)"},
     {"$\ta\n\t$\n\n b", " b@2:1(4:2) $@2:4(4:3)"},
     {"a\r\n  #", " a@1:1 !105@2:1(2:3)"},
+    // Control bytes move the place within a comment too, and the file may end there.
+    {"a %bc", " a@1:1 $@1:3(1:6)"},
+    {"a %b\x01\x02 c", " a@1:1 $@1:7(1:9)"},
 };
 
 const TokensRow naturalsTable[] = {
@@ -108,6 +111,8 @@ const TokensRow tokensTable[] = {
     {"ab.5 ab-5 ab=c ab\"c\"", " ab .5 ab -5 ab = c ab \"c\" $"},
     {"ab$c\nd%e\n1;2\n", " ab c d e 1 2 $"},
     {"5=6\"a\"7+8%", " 5 = 6 \"a\" 7 +8 $"},
+    {"1e5-3 1.5+3 5.-3 7-3", " 1e5 -3 1.5 +3 5. -3 7 -3 $"},
+    {"\"include\" \"no.such\"", " \"include\" \"no.such\" $"},
     {"- \t,5 + .5 - , 7.25E2", " -5 +.5 -7.25e2 $"},
     {"1E+2 1e-2 5. .5 5.e1 +.5e-3\n", " 1e+2 1e-2 5. .5 5.e1 +.5e-3 $"},
     {"12345678901234567890 1e-320 9007199254740993 0.3", " 12345678901234567890 1e-320 9007199254740993 0.3 $"},

@@ -25,6 +25,9 @@ TEST(Opening, FindsTheMainFileOrNamesIt) {
     WriteFile("part.model", grid);
     WriteFile("sub/Main.model", "include \"part.model\"");
     WriteFile("sub/part.model", Replaced(grid, "1 2 3 4", "9 2 3 4"));
+    WriteFile("sub\\part.model", Replaced(grid, "1 2 3 4", "7 2 3 4"));
+    WriteFile("sub\\main", "include \"part.model\"");
+    WriteFile("sub\\bad", "include \"none\" ");
     WriteFile("sub/m", Replaced(grid, "1 2 3 4", "9 2 3 4"));
     const std::string longest = std::string(258 - dir.size(), 'n');
     const struct {
@@ -38,6 +41,11 @@ TEST(Opening, FindsTheMainFileOrNamesIt) {
         {dir + "/main.model", 0, "1"},
         {'/' + dir + "/main.model", 0, "1"},
         {"sub/m", 0, "9"},
+        // A backslash separates directories too.
+        {"sub\\main", 0, "7"},
+        {"sub\\bad", 103,
+         "Error in file \"bad\", line 1, column 9:\nUnable to open '" + dir + "/sub\\none' input file."},
+        {std::string("main.model\0x", 12), 103, "Unable to open '" + dir + "/main.model' input file."},
         {"./sub/Main.model", 0, "9"},
         {dir + "/sub/Main.model", 0, "9"},
         // The path is completed by the rule for includes, which takes a path from the root for a relative one.
@@ -59,7 +67,8 @@ TEST(Opening, FindsTheMainFileOrNamesIt) {
         const Outcome outcome = ReadPath(row.path, cubesOnly);
         EXPECT_EQ(outcome.code, row.code) << row.path;
         EXPECT_EQ(outcome.code == 0 ? std::to_string(outcome.model->bounds.minX) : outcome.what, row.found);
-        EXPECT_EQ(outcome.place.path, row.code == 104 ? dir + '/' + row.path : "") << row.path;
+        EXPECT_EQ(outcome.place.path, row.code == 104 || row.found.starts_with("Error") ? dir + '/' + row.path : "")
+            << row.path;
     }
     fs::current_path(before);
 }
@@ -132,14 +141,20 @@ TEST(Opening, AReaderServesOneRead) {
 }
 
 TEST(Opening, CountsAndBoundsCubesAsTheyAreRead) {
-    unsigned long long counter = 99;
-    Model model;
-    Reader reader(WriteFile("count.model", "CUBES count 4 format 0 data\n1 1 1 1\n2 1 1 1\n3 1 x"), true);
-    reader.TraceCurrentCube(&counter);
-    EXPECT_THROW(reader.Execute(&model, true), Exception);
-    EXPECT_EQ(counter, 2U);
-    EXPECT_EQ(reader.FailureRow(), 3U);
-    EXPECT_EQ(ShowGrid(model), "bounds 1 2 1 1 1 1\ncube 1 1 1 1\ncube 2 1 1 1\ncube 0 0 0 0\ncube 0 0 0 0\n");
+    // The third row is damaged; the second is none of the common kind, or its temperature is not.
+    for (const char* const text :
+         {"0 data\n1 1 1 1\n2 1 1 1\n3 1 x", "0 data\n1 1 1 1\n4294967298 1 1 1\n3 1 x",
+          "1 data\n1 1 1 1 0\n4294967298 1 1 1 0\n3 1 x", "1 data\n1 1 1 1 0\n2 1 1 1 + 0\n3 1 x"}) {
+        unsigned long long counter = 99;
+        Model model;
+        Reader reader(WriteFile("count.model", std::string("CUBES count 3 format ") + text), true);
+        reader.TraceCurrentCube(&counter);
+        EXPECT_THROW(reader.Execute(&model, true), Exception);
+        EXPECT_EQ(counter, 2U) << text;
+        EXPECT_EQ(reader.FailureRow(), 3U);
+        EXPECT_EQ(Replaced(ShowGrid(model), "at 0\n", ""),
+                  "bounds 1 2 1 1 1 1\ncube 1 1 1 1\ncube 2 1 1 1\ncube 0 0 0 0\n");
+    }
 }
 
 }  // namespace

@@ -95,6 +95,9 @@ TEST(ResultsMat, ReadsOrRefusesMatrices) {
         {withName(wide.substr(1)), bothRead},
         {withName(wide), longName},
         {values.Bytes({{1, 0}}), BadWhole("v")},
+        // What pads a name is no part of it.
+        {values.Bytes({{1, 0}}).replace(45, 3, "xyz"), BadWhole("v")},
+        {withName("fives").replace(4, 1, "?").replace(53, 3, "xyz"), BadWhole("fives")},
         {withName(wide.substr(1)).replace(4, 1, "?"), BadWhole(wide.substr(0, 512))},
         // The boxes that 32 bits cannot number, and one that they can.
         {Values(1, {1, 2}).Bytes() + Indices(3, {-32768, 32767, -32768, 32767, 0, 0}).Bytes(), outOfMemory},

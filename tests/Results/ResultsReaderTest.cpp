@@ -20,6 +20,7 @@ TEST(ResultsReader, PublishesProgress) {
         {mat + indices, 20},
         {mat + values + indices, 100},
         {mat + indices + values, 100},
+        {mat + Values(7, std::vector<double>(7)).Bytes() + Indices(3, {1, 1, 1}).Bytes(), 100},
         {mat + values.substr(0, 20), 0},
         // Of a text every line counts one byte more than it has.
         {"", 0},
@@ -37,6 +38,7 @@ TEST(ResultsReader, PublishesProgress) {
         } catch (const Exception&) {
         }
         EXPECT_FLOAT_EQ(progress, last) << bytes;
+        EXPECT_LE(progress, 100) << bytes;
     }
 }
 
@@ -67,9 +69,12 @@ TEST(ResultsReader, MayReadTwice) {
     EXPECT_EQ(first->FileName(), file.Path());
 }
 
-TEST(ResultsReader, QuotesTheEndOfALongPath) {
+TEST(ResultsReader, OpensNoPathThatCannotBe) {
     const std::string path = "/nonexistent/" + std::string(9000, 'd');
     EXPECT_EQ(Outcome(path), "200 ResultsReader: Unable to open '" + std::string(512, 'd') + "' results file.");
+    // What stands before a NUL is not the file that is meant.
+    const TemporaryFile file("u\n");
+    EXPECT_THROW(Load(file.Path() + std::string("\0x", 2)), Exception);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <Orvalo3DReader/Results/ResultsTxt.h>
 
 #include "Results/ResultsFiles.h"
+#include "Results/RowBlocks.h"
 
 namespace orvalo {
 namespace {
@@ -106,6 +107,20 @@ TEST(ResultsTxt, ReadsOrRefuses) {
          "2x1+4 | -32768 -32768 0 0 ; 3 | 32767 32766 0 0 ; 4"},
     };
     for (const Case& c : cases) EXPECT_EQ(OutcomeOfBytes(c.text), c.outcome) << c.text.substr(0, 80);
+}
+
+/// Something that takes a little less than a third of a block, and no memory.
+struct Third {
+    Third& operator=(const Third&) { return *this; }
+    char bytes[349000];
+};
+
+TEST(ResultsTxt, HoldsAsManyRowsAsFitInto4096BlocksWhole) {
+    RowBlocks<Third> blocks;
+    blocks.SetColumns(1);
+    int rows = 0;
+    while (blocks.AppendRow()) ++rows;
+    EXPECT_EQ(rows, 3 * 4096);
 }
 
 TEST(ResultsTxt, KeepsNamesAndPath) {

@@ -103,9 +103,14 @@ inline std::string Sections(std::string_view letters) {
         {'C', "CUBES count 1 format 0 data 1 1 1 1 END END"},
         {'X',
          "ACTUATOR shape point position 1 1 1 input definition method force type fullpulse waveform sine envelope "
-         "none frequency 100 duration 10 phase 0 END"},
+         "none frequency 100 duration 0.04 phase 0 END"},
+        {'W', "ACTUATOR shape point position 1 1 1 input wave method force table 1 END"},
         {'S', "SENSOR id 1 shape point position 1 1 1 output u filename \"s.txt\" END"},
         {'P', "PIEZO id 1 position 0 0 0 direction 0 0 1 method force count 1 data 0 0 i END END"},
+        {'D', "DUMP id 1 output all filename \"d.mat\" END"},
+        {'G', "DAMPING count 1 data 1 1 1 1 0.5 END END"},
+        {'T', "TABLE id 1 count 2 data 1 2 END END"},
+        {'E', "SET id 1 count 1 data 1 1 1 END END"},
     };
     std::string text;
     for (const char letter : letters) text += std::string(sections.at(letter)) + "\r\n";
