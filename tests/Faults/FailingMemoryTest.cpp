@@ -1,5 +1,6 @@
 #include <functional>
 #include <iostream>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -86,33 +87,24 @@ TEST(FailingMemory, EndsInOutOfMemoryAndLosesNothing) {
     const std::string wrongRow =
         support::WriteFile(longName, support::Replaced(std::string(smallModel), "2 1 1 2 -3", "2 1 1 9 -3"));
     const std::string noInclude = support::WriteFile("b", "include \"" + longName + ".nowhere\"");
-    const TemporaryFile text(SmallText(600));
-    const TemporaryFile mat(SmallMat(600));
-    const TemporaryFile wrongText(SmallText(3) + "1\n");
-    const TemporaryFile wrongMat(SmallMat(3) + SmallMat(3).substr(128));
-
-    const struct {
-        const char* name;
-        int expected;
-        Attempt attempt;
-    } cases[] = {
+    const std::tuple<const char*, int, Attempt> cases[] = {
         {"whole model", 0, ReadsModel(model, false, true)},
         {"whole model, floats", 0, ReadsModel(model, false, false)},
         {"cubes only", 0, ReadsModel(model, true, true)},
         {"undefined material", 151, ReadsModel(wrongRow, false, true)},
         {"missing include", 103, ReadsModel(noInclude, false, true)},
         {"missing model", 103, ReadsModel(model + longName, true, true)},
-        {"text results", 0, ReadsResults(text.Path())},
-        {"MAT results", 0, ReadsResults(mat.Path())},
-        {"short row", 308, ReadsResults(wrongText.Path())},
-        {"second values", 210, ReadsResults(wrongMat.Path())},
+        {"text results", 0, ReadsResults(support::WriteFile("text", SmallText(600)))},
+        {"MAT results", 0, ReadsResults(support::WriteFile("mat", SmallMat(600)))},
+        {"short row", 308, ReadsResults(support::WriteFile("short", SmallText(3) + "1\n"))},
+        {"second values", 210, ReadsResults(support::WriteFile("second", SmallMat(3) + SmallMat(3).substr(128)))},
         {"missing results", 200, ReadsResults(model + longName)},
     };
     long points = 0;
-    for (const auto& c : cases) {
+    for (const auto& [name, expected, attempt] : cases) {
         for (const bool forever : {false, true}) {
-            const long found = FailEach(c.name, c.expected, c.attempt, forever);
-            EXPECT_GT(found, 0) << c.name;
+            const long found = FailEach(name, expected, attempt, forever);
+            EXPECT_GT(found, 0) << name;
             points += found;
         }
     }

@@ -1,6 +1,7 @@
 #include <cmath>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -113,13 +114,7 @@ TEST(ModelClasses, SayWhichBufferDoesNotFit) {
     std::size_t pages = 0;
     std::ifstream("/proc/self/statm") >> pages;
     if (pages > gigabyte) GTEST_SKIP() << "the address sanitizer keeps memory of its own";
-    const struct {
-        int code;
-        const char* file;
-        int line;
-        const char* sections;
-        const char* text;
-    } table[] = {
+    const std::tuple<int, const char*, int, const char*, const char*> table[] = {
         {102, "Cubes", 56, "AM", "CUBES count 200e6 format 0 data"},
         {102, "Cubes", 56, "AM", "CUBES count 9e18 format 0 data"},
         {102, "Cubes", 62, "AM", "CUBES count 100e6 format 1 data"},
@@ -134,9 +129,9 @@ TEST(ModelClasses, SayWhichBufferDoesNotFit) {
     getrlimit(RLIMIT_AS, &before);
     const rlimit limited{pages * 4096 + gigabyte, before.rlim_max};
     setrlimit(RLIMIT_AS, &limited);
-    for (const auto& row : table) {
-        const Outcome outcome = ReadText(Sections(row.sections) + row.text);
-        EXPECT_EQ(Line(outcome.file, outcome.line, outcome.code), Line(row.file, row.line, row.code)) << row.text;
+    for (const auto& [code, file, line, sections, text] : table) {
+        const Outcome outcome = ReadText(Sections(sections) + text);
+        EXPECT_EQ(Line(outcome.file, outcome.line, outcome.code), Line(file, line, code)) << text;
     }
     // A count is kept though its buffer failed, and survives Free.
     Cubes cubes;

@@ -1,6 +1,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -51,10 +53,8 @@ std::string Tokens(const std::string& text, std::size_t bufferSize, bool places,
     return tokens;
 }
 
-struct TokensRow {
-    std::string text;
-    std::string tokens;
-};
+/// A text and its tokens.
+using TokensRow = std::pair<std::string, std::string>;
 
 // Counted by hand: every byte read adds a column, a byte put back is counted again, a line feed counts only when the
 // same scan reads on behind it, and the place is that of the last byte read behind a control character or at the start
@@ -119,10 +119,7 @@ const TokensRow tokensTable[] = {
     {"$\xff\x01#\"\n=", " = $"},
 };
 
-const struct {
-    int code;
-    std::vector<std::string> texts;
-} failingTexts[] = {
+const std::pair<int, std::vector<std::string>> failingTexts[] = {
     {103, {"include \"no.such\""}},
     {105, {"#", "\v", "\x80", "[", "+#"}},
     {106, {"ab#c", "ab\xff", "\"a/b\"", "\"a\\b\"", "\"a:b\""}},
@@ -161,11 +158,7 @@ std::int64_t Converted(const std::string& text, Convert convert) {
 }
 
 TEST(ReaderCore, MatchesKeywords) {
-    const struct {
-        const char* list;
-        int index;
-        std::vector<const char*> texts;
-    } table[] = {
+    const std::tuple<const char*, int, std::vector<const char*>> table[] = {
         {"analysis.cubes.set.", 0, {"ANALYSIS"}},
         {"analysis.cubes.set.", 2, {"set"}},
         {"analysis.cubes.set.", -178, {"analys", "analysisx", "5", "\"cubes\"", "", "x"}},
@@ -175,22 +168,17 @@ TEST(ReaderCore, MatchesKeywords) {
         {"ab.x.y.abc.", 2, {"abc", "y"}},
         {"a.", -178, {"ab"}},
     };
-    for (const auto& row : table) {
-        const auto match = [&row](const ReaderCore& core) {
-            return static_cast<int>(core.MatchKeyword(row.list, ReaderMessages::UnknownKeyword));
+    for (const auto& [list, index, texts] : table) {
+        const auto match = [words = list](const ReaderCore& core) {
+            return static_cast<int>(core.MatchKeyword(words, ReaderMessages::UnknownKeyword));
         };
-        for (const char* text : row.texts) EXPECT_EQ(Converted(text, match), row.index) << text << " in " << row.list;
+        for (const char* text : texts) EXPECT_EQ(Converted(text, match), index) << text << " in " << list;
     }
 }
 
 TEST(ReaderCore, ConvertsByWidth) {
     // The low 32 bits count (2^32 is 4294967296); what 64 bits do not hold is refused.
-    const struct {
-        std::int64_t id;
-        std::int64_t enabled;
-        std::int64_t coordinate;
-        std::vector<const char*> texts;
-    } table[] = {
+    const std::tuple<std::int64_t, std::int64_t, std::int64_t, std::vector<const char*>> table[] = {
         {1, 1, 1, {"1", "1.9", "4294967297", "-4294967295"}},
         {-113, 0, 0, {"0", "0.5", "-0.9", "4294967296"}},
         {2, -114, 2, {"2", "2.9"}},
@@ -200,12 +188,12 @@ TEST(ReaderCore, ConvertsByWidth) {
         {-113, -114, -121, {"-32769", "2147483648", "9223372036854775808", "1e300", "1e999", "-1e999"}},
         {-113, -114, -121, {"word", "\"1\""}},
     };
-    for (const auto& row : table) {
-        for (const std::string text : row.texts) {
-            EXPECT_EQ(Converted(text, [](const ReaderCore& core) { return core.ReadID(); }), row.id) << text;
-            EXPECT_EQ(Converted(text, [](const ReaderCore& core) { return core.ReadEnabled(); }), row.enabled) << text;
+    for (const auto& [id, enabled, coordinate, texts] : table) {
+        for (const std::string text : texts) {
+            EXPECT_EQ(Converted(text, [](const ReaderCore& core) { return core.ReadID(); }), id) << text;
+            EXPECT_EQ(Converted(text, [](const ReaderCore& core) { return core.ReadEnabled(); }), enabled) << text;
             const auto readY = [](ReaderCore& core) { return core.ReadCoordinates().y; };
-            EXPECT_EQ(Converted("7 " + text + " 9", readY), row.coordinate) << text;
+            EXPECT_EQ(Converted("7 " + text + " 9", readY), coordinate) << text;
         }
     }
 }

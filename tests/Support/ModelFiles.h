@@ -7,9 +7,11 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <regex>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Model/Model.h>
@@ -54,6 +56,27 @@ inline std::string Replaced(std::string text, std::string_view what, std::string
         text.replace(at, what.size(), with);
     }
     return text;
+}
+
+inline std::vector<std::string> Split(const std::string& text, std::string_view separator) {
+    std::vector<std::string> parts;
+    std::size_t start = 0;
+    for (std::size_t end; (end = text.find(separator, start)) != std::string::npos; start = end + separator.size()) {
+        parts.push_back(text.substr(start, end - start));
+    }
+    parts.push_back(text.substr(start));
+    return parts;
+}
+
+/// A table written as text, a row on a line, which goes on with the next one where that begins with blanks. Bars stand
+/// between the fields, `/` for a line feed and `\` for a carriage return with one. Lines with // are comments.
+inline std::vector<std::vector<std::string>> Rows(const std::string& table) {
+    std::vector<std::vector<std::string>> rows;
+    const std::string text = Replaced(std::regex_replace(table, std::regex("\n//[^\n]*"), ""), "\n  ", " ");
+    for (const std::string& line : Split(text, "\n")) {
+        if (!line.empty()) rows.push_back(Split(Replaced(Replaced(line, "/", "\n"), "\\", "\r\n"), " | "));
+    }
+    return rows;
 }
 
 struct ReadOptions {
@@ -154,7 +177,7 @@ inline std::string LocatedMessage(const std::string& file, const InputPlace& rep
 }
 
 inline std::string ToText(const InputPlace& place) {
-    return std::to_string(place.line) + ':' + std::to_string(place.column) + '/' + std::to_string(place.offset);
+    return std::to_string(place.line) + ':' + std::to_string(place.column) + '+' + std::to_string(place.offset);
 }
 
 /// All that came of a read: what the error says, if there is one, and what the bulk sections put into the model.
