@@ -12,14 +12,11 @@
 namespace orvalo::faults {
 namespace {
 
-/// Makes memory fail for as long as it lives.
-class Armed {
-public:
-    explicit Armed(Series& series) { memory = &series; }
-    Armed(const Armed&) = delete;
-    Armed& operator=(const Armed&) = delete;
-    ~Armed() { memory = nullptr; }
-};
+/// Makes memory fail for as long as the result lives.
+std::unique_ptr<Series*, void (*)(Series**)> Arm(Series& series) {
+    memory = &series;
+    return {&memory, [](Series** armed) { *armed = nullptr; }};
+}
 
 /// Reads with failing memory and returns 0 or the code of the error.
 using Attempt = std::function<int(Series&)>;
@@ -28,7 +25,7 @@ Attempt ReadsModel(const std::string& path, bool cubesOnly, bool doublePrecision
     return [=](Series& series) {
         support::Outcome outcome;
         try {
-            const Armed armed(series);
+            const auto armed = Arm(series);
             Reader reader(path, cubesOnly);
             const Reader copy(reader);
             Reader other("", cubesOnly);
@@ -47,7 +44,7 @@ Attempt ReadsResults(const std::string& path) {
     return [=](Series& series) {
         std::unique_ptr<Results> results;
         try {
-            const Armed armed(series);
+            const auto armed = Arm(series);
             ResultsReader reader(path);
             results.reset(reader.Execute());
         } catch (const Exception& failure) {

@@ -115,6 +115,7 @@ std::string WhatOf(Reader& reader) {
 TEST(Opening, AReaderServesOneRead) {
     Reader reader(WriteFile("once.model", Sections("AMCXS")), false);
     const Reader unused(reader);
+    EXPECT_EQ(unused.FailureRow(), 0U);
     EXPECT_EQ(WhatOf(reader), "1");
     // The files of the first read stay listed; a failure closes them, but the sections stay read.
     EXPECT_EQ(WhatOf(reader), "Recursive include found.");

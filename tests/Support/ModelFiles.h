@@ -23,25 +23,22 @@
 /// Model files for the tests of the reader, and what became of reading them.
 namespace orvalo::support {
 
-/// A directory of this process's own, removed with all in it at the end. In memory where the system has such a place:
-/// the tests read very many small files.
+/// A directory of this process's own, removed with all in it at the end. In memory where the system has such a place
+/// and TMPDIR names no other: the tests read very many small files.
 inline const std::string& ScratchDirectory() {
-    struct Directory {
-        Directory()
-            : path(std::filesystem::is_directory("/dev/shm") ? "/dev/shm/orvalo-XXXXXX" : "/tmp/orvalo-XXXXXX") {
-            if (::mkdtemp(path.data()) == nullptr) throw std::runtime_error("no temporary directory");
-            path = std::filesystem::canonical(path).string();
-        }
-        ~Directory() {
-            std::error_code ignored;
-            std::filesystem::remove_all(path, ignored);
-        }
-        Directory(const Directory&) = delete;
-        Directory& operator=(const Directory&) = delete;
-        std::string path;
+    const auto remove = [](std::string* path) {
+        std::error_code ignored;
+        std::filesystem::remove_all(*path, ignored);
+        delete path;
     };
-    static const Directory directory;
-    return directory.path;
+    static const std::unique_ptr<std::string, decltype(remove)> directory(new std::string, remove);
+    if (directory->empty()) {
+        const bool inMemory = std::getenv("TMPDIR") == nullptr && std::filesystem::is_directory("/dev/shm");
+        std::string path = (inMemory ? "/dev/shm" : std::filesystem::temp_directory_path().string()) + "/orvalo-XXXXXX";
+        if (::mkdtemp(path.data()) == nullptr) throw std::runtime_error("no temporary directory");
+        *directory = std::filesystem::canonical(path).string();
+    }
+    return *directory;
 }
 
 /// Writes a file into the scratch directory and returns its path.
@@ -118,7 +115,8 @@ inline Outcome ReadText(std::string_view text, const ReadOptions& options = {}) 
 }
 
 /// The sections named by one letter each, every one a line that ends with a carriage return and a line feed, so that
-/// the line which messages report is the true one: A, M, C as they must begin, X an actuator, S a sensor, P a patch.
+/// the line which messages report is the true one: A, M, C as they must begin, X and W an actuator by definition and by
+/// wave, P a patch, S a sensor, D a dump, G damping, T a table, E a set.
 inline std::string Sections(std::string_view letters) {
     static const std::map<char, const char*> sections = {
         {'A', "ANALYSIS cellsize 1 timestep 0.1 END"},
