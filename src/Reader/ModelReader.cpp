@@ -1,7 +1,7 @@
 #include "Reader/ModelReader.h"
 
 #include <algorithm>
-#include <memory>
+#include <iterator>
 #include <new>
 #include <stdexcept>
 
@@ -15,29 +15,21 @@ namespace orvalo {
 
 namespace {
 
-constexpr const char* sections = "analysis.materials.cubes.actuator.piezo.sensor.dump.table.set.damping.";
-enum Section : unsigned int {
-    Analysis,
-    Materials,
-    CubesSection,
-    ActuatorSection,
-    PiezoSection,
-    SensorSection,
-    DumpSection,
-    TableSection,
-    SetSection,
-    DampingSection,
-};
-
 /// The longest path with its terminator that clients of every platform can count on.
 constexpr std::size_t longestPath = 260;
 
-/// Files an output under its ID, which must be new.
-template <class Output>
-void FileByID(std::map<int, Output>& outputs, Output& output, const ExceptionMessage& reused) {
-    const int id = output.shared.id;
-    if (!outputs.emplace(id, std::move(output)).second) ORVALO_RAISE(Reader, reused, id);
-}
+/// The sections that come first, in their order.
+struct LeadingSection {
+    const ExceptionMessage& expected;
+    const ExceptionMessage& alreadyDefined;
+    const ExceptionMessage& notDefined;
+};
+using M = ReaderMessages;
+const LeadingSection leadingSections[] = {
+    {M::AnalysisNotDefinedFirst, M::AnalysisAlreadyDefined, M::AnalysisNotDefined},
+    {M::MaterialsSectionExpected, M::MaterialsAlreadyDefined, M::MaterialsNotDefined},
+    {M::CubesSectionExpected, M::CubesAlreadyDefined, M::CubesNotDefined},
+};
 
 }  // namespace
 
@@ -49,10 +41,11 @@ void ModelReader::Execute(Model& model, bool doublePrecision) {
     try {
         SetPath();
         OpenMainFile();
+        const ModelReading reading{model, doublePrecision, cubesOnly_, progress_};
         if (cubesOnly_) {
-            ReadOnlyCubes(model);
+            ReadOnlyCubes(reading);
         } else {
-            ReadWholeModel(model, doublePrecision);
+            ReadWholeModel(reading);
         }
     } catch (Exception& failure) {
         RaiseLocated(failure);
@@ -108,122 +101,57 @@ void ModelReader::OpenMainFile() {
     core_.lexer.OpenCompleted(useResolved ? resolvedPath_ : completed);
 }
 
-void ModelReader::ReadWholeModel(Model& model, bool doublePrecision) {
-    for (core_.NextToken(); core_.token.type != TokenType::EndOfFile; core_.NextToken()) {
-        ProcessSection(model, doublePrecision);
-    }
-    ValidateRequirements(model);
-    CheckRequiredTables(model);
-    GenerateTables(model, doublePrecision);
-    AssignTables(model);
+void ModelReader::ReadWholeModel(const ModelReading& reading) {
+    for (core_.NextToken(); core_.token.type != TokenType::EndOfFile; core_.NextToken()) ReadSection(reading);
+    CheckComplete(reading.model);
+    CheckRequiredTables(reading.model);
+    GenerateTables(reading.model, reading.doublePrecision);
+    AssignTables(reading.model);
 }
 
 /// Takes the grid from wherever its keywords stand: without the other grammars it is not known where sections begin.
-void ModelReader::ReadOnlyCubes(Model& model) {
+void ModelReader::ReadOnlyCubes(const ModelReading& reading) {
     for (core_.NextToken(); core_.token.type != TokenType::EndOfFile; core_.NextToken()) {
-        if (core_.IsKeyword("cubes")) {
-            cubesDefined_ = true;
-            ReadCubesSection(core_, model, Grid());
-        }
-        if (core_.IsKeyword("damping")) ReadDampingSection(core_, model, Grid());
+        if (core_.token.type != TokenType::Keyword) continue;
+        const auto place = WordList(sections).Find(core_.token.text);
+        if (!place || !sections[*place].grid) continue;
+        NoteDefined(sections[*place]);
+        sections[*place].read(core_, reading);
     }
-    if (!cubesDefined_) ORVALO_RAISE(Reader, ReaderMessages::CubesNotDefined);
+    if (!IsDefined(SectionOrder::Cubes)) ORVALO_RAISE(Reader, ReaderMessages::CubesNotDefined);
 }
 
-void ModelReader::ProcessSection(Model& model, bool doublePrecision) {
-    const unsigned int section = core_.MatchKeyword(sections, ReaderMessages::SectionNameExpected);
+void ModelReader::ReadSection(const ModelReading& reading) {
+    const Section& section = sections[core_.Match(sections, ReaderMessages::SectionNameExpected)];
     CheckOrder(section);
-    switch (section) {
-        case Analysis:
-            analysisDefined_ = true;
-            return ReadAnalysisSection(core_, model);
-        case Materials:
-            materialsDefined_ = true;
-            return ReadMaterialsSection(core_, model.materials);
-        case CubesSection:
-            cubesDefined_ = true;
-            return ReadCubesSection(core_, model, Grid());
-        case ActuatorSection:
-            return ReadActuator(model);
-        case PiezoSection:
-            return ReadPiezo(model, doublePrecision);
-        case SensorSection:
-            return ReadSensor(model);
-        case DumpSection:
-            return ReadDump(model);
-        case TableSection:
-            return ReadTable(model, doublePrecision);
-        case SetSection:
-            return ReadSetSection(core_, model);
-        default:
-            // Any number of these sections may follow: the flag that would refuse a second one stays unset.
-            return ReadDampingSection(core_, model, Grid());
+    NoteDefined(section);
+    section.read(core_, reading);
+}
+
+void ModelReader::CheckOrder(const Section& section) const {
+    for (std::size_t i = 0; i < std::size(leadingSections); ++i) {
+        const auto order = static_cast<SectionOrder>(i);
+        if (section.order == order) {
+            if (IsDefined(order)) ORVALO_RAISE(Reader, leadingSections[i].alreadyDefined);
+            return;
+        }
+        if (!IsDefined(order)) ORVALO_RAISE(Reader, leadingSections[i].expected);
     }
 }
 
-void ModelReader::CheckOrder(unsigned int section) const {
-    if (section == Analysis) {
-        if (analysisDefined_) ORVALO_RAISE(Reader, ReaderMessages::AnalysisAlreadyDefined);
-        return;
+void ModelReader::CheckComplete(const Model& model) const {
+    for (std::size_t i = 0; i < std::size(leadingSections); ++i) {
+        if (!IsDefined(static_cast<SectionOrder>(i))) ORVALO_RAISE(Reader, leadingSections[i].notDefined);
     }
-    if (!analysisDefined_) ORVALO_RAISE(Reader, ReaderMessages::AnalysisNotDefinedFirst);
-    if (section == Materials) {
-        if (materialsDefined_) ORVALO_RAISE(Reader, ReaderMessages::MaterialsAlreadyDefined);
-        return;
-    }
-    if (!materialsDefined_) ORVALO_RAISE(Reader, ReaderMessages::MaterialsSectionExpected);
-    if (section == CubesSection) {
-        if (cubesDefined_) ORVALO_RAISE(Reader, ReaderMessages::CubesAlreadyDefined);
-        return;
-    }
-    if (!cubesDefined_) ORVALO_RAISE(Reader, ReaderMessages::CubesSectionExpected);
-    if (section == DampingSection && dampingDefined_) ORVALO_RAISE(Reader, ReaderMessages::DampingAlreadyDefined);
-}
-
-void ModelReader::ReadActuator(Model& model) {
-    Actuator actuator;
-    if (ReadActuatorSection(core_, actuator, model)) model.actuators.push_back(actuator);
-}
-
-void ModelReader::ReadPiezo(Model& model, bool doublePrecision) {
-    const auto piezo = std::make_shared<Piezo>();
-    if (!ReadPiezoSection(core_, *piezo, model, doublePrecision)) return;
-    // A model holds one patch: the test for a reused ID assigns the new ID to the patch before and then finds it there.
-    // Solvers have come to rely on it.
-    for (const auto& earlier : model.piezos) {
-        earlier->shared.id = piezo->shared.id;
-        if (earlier->shared.id != 0) ORVALO_RAISE(Reader, ReaderMessages::PiezoIDReused, piezo->shared.id);
-    }
-    model.piezos.push_back(piezo);
-}
-
-void ModelReader::ReadSensor(Model& model) {
-    Sensor sensor;
-    if (ReadSensorSection(core_, sensor)) FileByID(model.sensors, sensor, ReaderMessages::SensorIDReused);
-}
-
-void ModelReader::ReadDump(Model& model) {
-    Dump dump;
-    if (ReadDumpSection(core_, dump)) FileByID(model.dumps, dump, ReaderMessages::DumpIDReused);
-}
-
-void ModelReader::ReadTable(Model& model, bool doublePrecision) {
-    const auto table = std::make_shared<Table>();
-    ReadTableSection(core_, *table, doublePrecision);
-    if (!model.tables.emplace(table->id, table).second) {
-        ORVALO_RAISE(Reader, ReaderMessages::TableIDReused, table->id);
-    }
-}
-
-void ModelReader::ValidateRequirements(const Model& model) const {
-    if (!analysisDefined_) ORVALO_RAISE(Reader, ReaderMessages::AnalysisNotDefined);
-    if (!materialsDefined_) ORVALO_RAISE(Reader, ReaderMessages::MaterialsNotDefined);
-    if (!cubesDefined_) ORVALO_RAISE(Reader, ReaderMessages::CubesNotDefined);
     CheckExcitationAndOutput(model);
 }
 
-GridReading ModelReader::Grid() const {
-    return {cubesOnly_, progress_};
+void ModelReader::NoteDefined(const Section& section) {
+    defined_ |= 1U << static_cast<unsigned int>(section.order);
+}
+
+bool ModelReader::IsDefined(SectionOrder order) const {
+    return (defined_ >> static_cast<unsigned int>(order) & 1U) != 0;
 }
 
 }  // namespace orvalo

@@ -27,28 +27,21 @@ public:
 private:
     void SetPath();
     void OpenMainFile();
-    void ReadWholeModel(Model& model, bool doublePrecision);
-    void ReadOnlyCubes(Model& model);
-    void ProcessSection(Model& model, bool doublePrecision);
-    void CheckOrder(unsigned int section) const;
-
-    void ReadActuator(Model& model);
-    void ReadPiezo(Model& model, bool doublePrecision);
-    void ReadSensor(Model& model);
-    void ReadDump(Model& model);
-    void ReadTable(Model& model, bool doublePrecision);
-    void ValidateRequirements(const Model& model) const;
+    void ReadWholeModel(const ModelReading& reading);
+    void ReadOnlyCubes(const ModelReading& reading);
+    void ReadSection(const ModelReading& reading);
+    void CheckOrder(const Section& section) const;
+    void CheckComplete(const Model& model) const;
+    void NoteDefined(const Section& section);
+    bool IsDefined(SectionOrder order) const;
 
     [[noreturn]] void RaiseLocated(Exception& inner);
-    GridReading Grid() const;
 
     std::string path_;
     bool cubesOnly_;
     unsigned long long* progress_ = nullptr;
-    bool analysisDefined_ = false;
-    bool materialsDefined_ = false;
-    bool cubesDefined_ = false;
-    bool dampingDefined_ = false;
+    /// A bit for each SectionOrder of which a section was met.
+    unsigned int defined_ = 0;
 
     ReaderCore core_;
     std::string resolvedPath_;
