@@ -4,7 +4,7 @@
 #include <bit>
 #include <string_view>
 
-#include "Common/FastDecimal.h"
+#include "Common/Bytes.h"
 #include "Common/ParseNumber.h"
 #include "Common/Raise.h"
 #include "Reader/LexerTable.h"
@@ -15,10 +15,6 @@ namespace orvalo {
 namespace {
 
 using lexer::classOf;
-
-constexpr char ToLower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 /// How a path is compared with those opened before.
 std::string Folded(std::string path) {
@@ -33,12 +29,9 @@ bool MayBeginNumber(char byte) {
 
 /// How many bytes from `p` on neither end a comment nor move the reported position.
 std::size_t CommentRun(const char* p) {
-    constexpr std::uint64_t ones = 0x0101010101010101U;
     const char* const start = p;
     for (;; p += 8) {
-        const std::uint64_t word = LoadEight(p);
-        // Exact for the lowest byte below the limit, which is all that is asked.
-        const std::uint64_t below = (word - ones * positionStays) & ~word & (ones * 0x80);
+        const std::uint64_t below = BytesBelow(LoadEight(p), positionStays);
         if (below != 0)
             return static_cast<std::size_t>(p - start) + static_cast<std::size_t>(std::countr_zero(below)) / 8;
     }

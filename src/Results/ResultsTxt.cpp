@@ -6,6 +6,7 @@
 
 #include <Orvalo3DReader/Results/ResultsTxt.h>
 
+#include "Common/Bytes.h"
 #include "Common/ParseNumber.h"
 #include "Common/Raise.h"
 #include "Results/QueryRules.h"
@@ -35,7 +36,7 @@ bool BeginsWithIndexColumns(const std::vector<std::string>& names) {
 /// Reads a run of digits, none included, as a 16-bit number that wraps.
 const char* ReadIndex(const char* p, short& index) {
     unsigned int value = 0;
-    for (; *p >= '0' && *p <= '9'; ++p) value = value * 10 + static_cast<unsigned int>(*p - '0');
+    for (; IsDigit(*p); ++p) value = value * 10 + static_cast<unsigned int>(*p - '0');
     index = static_cast<short>(static_cast<std::uint16_t>(value));
     return p;
 }
