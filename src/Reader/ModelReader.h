@@ -25,6 +25,7 @@ public:
     std::uint64_t FailureRow() const { return failureRow_; }
 
 private:
+    void Read(Model& model, bool doublePrecision);
     void SetPath();
     void OpenMainFile();
     void ReadWholeModel(Model& model, bool doublePrecision);
@@ -40,6 +41,7 @@ private:
     void ValidateRequirements(const Model& model) const;
 
     [[noreturn]] void RaiseLocated(Exception& inner);
+    std::string CloseInput();
     GridReading Grid() const;
 
     std::string path_;
