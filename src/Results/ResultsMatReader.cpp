@@ -1,4 +1,4 @@
-#include "Reader/ResultsMatReader.h"
+#include "Results/ResultsMatReader.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,4 +1,4 @@
-#include "Reader/ResultsTxtReader.h"
+#include "Results/ResultsTxtReader.h"
 
 #include <algorithm>
 #include <cstddef>

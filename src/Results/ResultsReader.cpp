@@ -10,8 +10,8 @@
 #include "Common/Platform.h"
 #include "Common/Raise.h"
 #include "Common/WithinMemory.h"
-#include "Reader/ResultsMatReader.h"
-#include "Reader/ResultsTxtReader.h"
+#include "Results/ResultsMatReader.h"
+#include "Results/ResultsTxtReader.h"
 
 namespace orvalo {
 
