@@ -76,7 +76,7 @@ std::size_t SampleCount(const Actuator::Definition& definition, double timeStep)
     constexpr double limit = 18446744073709551616.0;  // 2^64
     // A table that long fits no memory, so it fails as its allocation would; so does the one that a time step of -0.0
     // asks for.
-    if (!(count >= 0.0 && count < limit)) Raise(module::Table, 23, ReaderMessages::OutOfMemory);
+    if (!(count >= 0.0 && count < limit)) Raise(module::Table, knownLine::TableSamples, ReaderMessages::OutOfMemory);
     return static_cast<std::size_t>(count);
 }
 

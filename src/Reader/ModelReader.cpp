@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <iterator>
-#include <new>
-#include <stdexcept>
 
 #include "Common/Platform.h"
 #include "Common/Raise.h"
+#include "Common/WithinMemory.h"
 #include "Reader/ExcitationTables.h"
 #include "Reader/ModelValidation.h"
 #include "Reader/Sections.h"
@@ -39,28 +38,24 @@ void ModelReader::Execute(Model& model, bool doublePrecision) {
     core_.row = 0;
     core_.lexer.ResetPosition();
     try {
-        SetPath();
-        OpenMainFile();
-        const ModelReading reading{model, doublePrecision, cubesOnly_, progress_};
-        if (cubesOnly_) {
-            ReadOnlyCubes(reading);
-        } else {
-            ReadWholeModel(reading);
-        }
+        WithinMemory(module::Reader, __LINE__, [&] { Read(model, doublePrecision); });
     } catch (Exception& failure) {
-        RaiseLocated(failure);
-    } catch (const std::bad_alloc&) {
-        // Module and text are short enough to need no memory themselves.
-        Exception failure("Reader\\Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory.");
-        RaiseLocated(failure);
-    } catch (const std::length_error&) {
-        Exception failure("Reader\\Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory.");
-        RaiseLocated(failure);
+        WithinMemory(module::Reader, __LINE__, [&] { RaiseLocated(failure); });
     }
 }
 
-/// Closes the input and throws `inner`, called while it is being handled, with the reported place before its message.
-/// Where memory does not suffice even for that, throws OutOfMemory.
+void ModelReader::Read(Model& model, bool doublePrecision) {
+    SetPath();
+    OpenMainFile();
+    const ModelReading reading{model, doublePrecision, cubesOnly_, progress_};
+    if (cubesOnly_) {
+        ReadOnlyCubes(reading);
+    } else {
+        ReadWholeModel(reading);
+    }
+}
+
+/// Closes the input and throws `inner` with the reported place before its message.
 void ModelReader::RaiseLocated(Exception& inner) {
     // What the message, and a description made of it, may hold besides the name and the inner message.
     constexpr std::size_t longestText = 900;
@@ -68,17 +63,20 @@ void ModelReader::RaiseLocated(Exception& inner) {
     failurePlace_ = core_.lexer.Place();
     failureRow_ = core_.row;
     const Lexer::Position position = core_.lexer.position;
-    try {
-        std::string fileName = core_.lexer.CurrentFileName();
-        core_.lexer.CloseAll();
-        if (fileName.empty()) throw Exception(inner);
-        const std::size_t room = longestText - std::min(longestText, inner.what().size());
-        if (fileName.size() > room) fileName.erase(0, fileName.size() - room);
-        throw Exception(inner, fileName, position.line, position.column);
-    } catch (const std::bad_alloc&) {
-        core_.lexer.CloseAll();
-        throw Exception("Reader\\Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory.");
-    }
+    std::string fileName = CloseInput();
+    if (fileName.empty()) throw Exception(inner);
+    const std::size_t room = longestText - std::min(longestText, inner.what().size());
+    if (fileName.size() > room) fileName.erase(0, fileName.size() - room);
+    throw Exception(inner, fileName, position.line, position.column);
+}
+
+/// Closes all files, also where it throws, and returns the name that messages show of the one that was being read.
+std::string ModelReader::CloseInput() {
+    const struct Closing {
+        ~Closing() { lexer.CloseAll(); }
+        Lexer& lexer;
+    } closing{core_.lexer};
+    return core_.lexer.CurrentFileName();
 }
 
 void ModelReader::SetPath() {

@@ -25,6 +25,7 @@ public:
     std::uint64_t FailureRow() const { return failureRow_; }
 
 private:
+    void Read(Model& model, bool doublePrecision);
     void SetPath();
     void OpenMainFile();
     void ReadWholeModel(const ModelReading& reading);
@@ -36,6 +37,7 @@ private:
     bool IsDefined(SectionOrder order) const;
 
     [[noreturn]] void RaiseLocated(Exception& inner);
+    std::string CloseInput();
 
     std::string path_;
     bool cubesOnly_;

@@ -26,8 +26,8 @@ public:
     virtual ~Reader();
 
     /// Has the number of cubes read so far stored in `*counter` after every cube, for a caller that shows progress
-    /// from another thread: plain stores, no lock. `counter` stays the caller's and must outlive Execute; null turns
-    /// it off.
+    /// from another thread: relaxed atomic stores, no lock, so it must be loaded atomically there. `counter` stays the
+    /// caller's and must outlive Execute; null turns it off.
     void TraceCurrentCube(unsigned long long* counter);
 
     /// Reads the file into `*model`, which stays the caller's. Samples of tables are stored as doubles or, without

@@ -20,7 +20,8 @@ public:
     virtual ~ResultsReader();
 
     /// Has the progress of reading, 0 to 100 percent, stored in `*progress` for a caller that polls it from another
-    /// thread: plain stores, no lock. `progress` stays the caller's and must outlive Execute; null turns it off.
+    /// thread: relaxed atomic stores, no lock, so it must be loaded atomically there. `progress` stays the caller's and
+    /// must outlive Execute; null turns it off.
     void TraceProgress(float* progress);
 
     /// Reads the file and returns a new object, a ResultsMat or a ResultsTxt, that the caller owns and deletes. The

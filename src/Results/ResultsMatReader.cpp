@@ -1,10 +1,11 @@
-#include "Reader/ResultsMatReader.h"
+#include "Results/ResultsMatReader.h"
 
 #include <algorithm>
 #include <bit>
 #include <optional>
 #include <string>
 
+#include "Common/Publish.h"
 #include "Common/Raise.h"
 
 namespace orvalo {
@@ -44,7 +45,7 @@ std::uint64_t ElementSize(std::uint32_t dataType) {
 }  // namespace
 
 void ResultsMatReader::Execute() {
-    if (progress_ != nullptr) *progress_ = 0;
+    Publish(progress_, 0.0F);
     for (Element element; ReadHead(element);) {
         ReadName(element);
         ReadDataTag(element);
@@ -115,7 +116,7 @@ void ResultsMatReader::ReadValues(const Element& element) {
     for (std::uint32_t column = 0; column < element.columns; ++column) {
         ReadExactly(results_.AllocateValues(column), element.dataSize / element.columns);
         valuesShare_ += 80.0F / static_cast<float>(element.columns);
-        Publish();
+        PublishProgress();
     }
 }
 
@@ -125,7 +126,7 @@ void ResultsMatReader::ReadIndices(const Element& element) {
     RequireLeft(element.dataSize);
     ReadExactly(results_.AllocateIndices(element.columns, element.rows), element.dataSize);
     indicesShare_ = 20;
-    Publish();
+    PublishProgress();
 }
 
 /// How many bytes were read: fewer than asked for at the end of the file.
@@ -151,8 +152,8 @@ void ResultsMatReader::RequireLeft(std::uint64_t size) const {
     if (size > bytesLeft_) RaiseUnreadable();
 }
 
-void ResultsMatReader::Publish() const {
-    if (progress_ != nullptr) *progress_ = std::min(valuesShare_ + indicesShare_, 100.0F);
+void ResultsMatReader::PublishProgress() const {
+    Publish(progress_, std::min(valuesShare_ + indicesShare_, 100.0F));
 }
 
 void ResultsMatReader::RaiseUnreadable() const {

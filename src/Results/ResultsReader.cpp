@@ -1,8 +1,6 @@
 #include <array>
 #include <cstddef>
 #include <memory>
-#include <new>
-#include <stdexcept>
 #include <string_view>
 
 #include <Orvalo3DReader/Reader/ResultsReader.h>
@@ -11,8 +9,9 @@
 
 #include "Common/Platform.h"
 #include "Common/Raise.h"
-#include "Reader/ResultsMatReader.h"
-#include "Reader/ResultsTxtReader.h"
+#include "Common/WithinMemory.h"
+#include "Results/ResultsMatReader.h"
+#include "Results/ResultsTxtReader.h"
 
 namespace orvalo {
 
@@ -27,18 +26,6 @@ bool IsMat(std::string_view header) {
     return header.size() == matHeaderSize && header.starts_with(matText);
 }
 
-/// Calls `read` and raises OutOfMemory as `sourceModule` where memory does not suffice. The name alone is so short that
-/// this takes nothing from the heap that has just failed.
-template <class Read>
-auto WithinMemory(const char* sourceModule, const Read& read) {
-    try {
-        return read();
-    } catch (const std::bad_alloc&) {
-    } catch (const std::length_error&) {
-    }
-    Raise(sourceModule, __LINE__, ReaderMessages::OutOfMemory);
-}
-
 std::unique_ptr<Results> ReadMat(const std::string& path, platform::InputFile& file, float* progress) {
     auto results = std::make_unique<ResultsMat>(path);
     // A file that cannot tell its size, such as a pipe, is not trusted to hold any data.
@@ -50,7 +37,7 @@ std::unique_ptr<Results> ReadMat(const std::string& path, platform::InputFile& f
 
 std::unique_ptr<Results> ReadTxt(const std::string& path, platform::InputFile& file, std::string_view alreadyRead,
                                  float* progress) {
-    return WithinMemory("ResultsTxt", [&] {
+    return WithinMemory(module::ResultsTxt, __LINE__, [&] {
         auto results = std::make_unique<ResultsTxt>(path);
         ResultsTxtReader(*results, progress).Execute(file, alreadyRead);
         return results;
@@ -73,10 +60,8 @@ std::unique_ptr<Results> ReadResults(const std::string& path, float* progress) {
 
 }  // namespace
 
-ResultsReader::ResultsReader(const std::string& path) try : path_(path) {
-} catch (const std::bad_alloc&) {
-    Raise("ResultsReader", __LINE__, ReaderMessages::OutOfMemory);
-}
+ResultsReader::ResultsReader(const std::string& path)
+    : path_(WithinMemory(module::ResultsReader, __LINE__, [&] { return path; })) {}
 
 ResultsReader::~ResultsReader() = default;
 
@@ -85,7 +70,7 @@ void ResultsReader::TraceProgress(float* progress) {
 }
 
 Results* ResultsReader::Execute() {
-    return WithinMemory("ResultsReader", [this] { return ReadResults(path_, progress_).release(); });
+    return WithinMemory(module::ResultsReader, __LINE__, [this] { return ReadResults(path_, progress_).release(); });
 }
 
 }  // namespace orvalo

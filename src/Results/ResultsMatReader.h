@@ -45,7 +45,7 @@ private:
     void ReadExactly(void* buffer, std::size_t size);
     std::uint32_t ReadWord();
     void RequireLeft(std::uint64_t size) const;
-    void Publish() const;
+    void PublishProgress() const;
     [[noreturn]] void RaiseUnreadable() const;
 
     ResultsMat& results_;
