@@ -15,6 +15,8 @@
 #include <Orvalo3DReader/Model/Piezo.h>
 #include <Orvalo3DReader/Model/PiezoData.h>
 #include <Orvalo3DReader/Model/Point.h>
+#include <Orvalo3DReader/Model/RecordRange.h>
+#include <Orvalo3DReader/Model/Samples.h>
 #include <Orvalo3DReader/Model/Sensor.h>
 #include <Orvalo3DReader/Model/Set.h>
 #include <Orvalo3DReader/Model/SharedProperties.h>
