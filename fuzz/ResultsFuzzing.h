@@ -48,7 +48,7 @@ inline bool QueryCell(const Results& results, unsigned int col, int x, int y, in
         Check(Same(value, safe) && Same(value, results.ValueGet(col, x, y, z)), "the forms agree on a cube");
         return true;
     } catch (const Exception& error) {
-        Check(Same(safe, def) && error.code() >= 301 && error.code() <= 305, "a cube is refused as such");
+        Check(Same(safe, def) && MayEndQuery(error.code()), "a cube is refused as such");
         Check((error.code() == 301) == (col >= results.ValuesColCount()), "the column is tested first");
         Check(IsCatalogueText(error.code(), error.what()), "the text is the catalogue's");
         return false;
@@ -94,10 +94,8 @@ inline void Query(const Results& results) {
 }
 
 inline void CheckError(const Exception& error) {
-    const int code = error.code();
-    Check(code == 102 || (code >= 200 && code <= 211) || (code >= 306 && code <= 308),
-          "the code is one of results files");
-    Check(IsCatalogueText(code, error.what()), "the text is the catalogue's");
+    Check(MayEndResults(error.code()), "the code is one of results files");
+    Check(IsCatalogueText(error.code(), error.what()), "the text is the catalogue's");
 }
 
 inline void Run(const std::uint8_t* data, std::size_t size) {
