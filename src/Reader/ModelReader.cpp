@@ -5,6 +5,8 @@
 #include <new>
 #include <stdexcept>
 
+#include <Orvalo3DReader/Reader/ReadError.h>
+
 #include "Common/Platform.h"
 #include "Common/Raise.h"
 #include "Reader/ExcitationTables.h"
@@ -47,6 +49,7 @@ void ModelReader::Execute(Model& model, bool doublePrecision) {
     core_.row = 0;
     core_.lexer.ResetPosition();
     try {
+        core_.lexer.stopFlag.Check();
         SetPath();
         OpenMainFile();
         if (cubesOnly_) {
@@ -54,6 +57,10 @@ void ModelReader::Execute(Model& model, bool doublePrecision) {
         } else {
             ReadWholeModel(model, doublePrecision);
         }
+    } catch (const Stopped&) {
+        NotePlace();
+        core_.lexer.CloseAll();
+        throw;
     } catch (Exception& failure) {
         RaiseLocated(failure);
     } catch (const std::bad_alloc&) {
@@ -66,25 +73,30 @@ void ModelReader::Execute(Model& model, bool doublePrecision) {
     }
 }
 
-/// Closes the input and throws `inner`, called while it is being handled, with the reported place before its message.
-/// Where memory does not suffice even for that, throws OutOfMemory.
+void ModelReader::NotePlace() noexcept {
+    failurePlace_ = core_.lexer.Place();
+    failureRow_ = core_.row;
+}
+
+/// Closes the input and throws `inner`, called while it is being handled, with its place and with the reported place
+/// before its message. Where memory does not suffice even for that, throws OutOfMemory, at a place without a path.
 void ModelReader::RaiseLocated(Exception& inner) {
     // What the message, and a description made of it, may hold besides the name and the inner message.
     constexpr std::size_t longestText = 900;
 
-    failurePlace_ = core_.lexer.Place();
-    failureRow_ = core_.row;
+    NotePlace();
     const Lexer::Position position = core_.lexer.position;
     try {
         std::string fileName = core_.lexer.CurrentFileName();
         core_.lexer.CloseAll();
-        if (fileName.empty()) throw Exception(inner);
+        if (fileName.empty()) throw ReadError(inner, failurePlace_, failureRow_);
         const std::size_t room = longestText - std::min(longestText, inner.what().size());
         if (fileName.size() > room) fileName.erase(0, fileName.size() - room);
-        throw Exception(inner, fileName, position.line, position.column);
+        throw ReadError(Exception(inner, fileName, position.line, position.column), failurePlace_, failureRow_);
     } catch (const std::bad_alloc&) {
         core_.lexer.CloseAll();
-        throw Exception("Reader\\Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory.");
+        throw ReadError({"Reader\\Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory."},
+                        {{}, failurePlace_.offset, failurePlace_.line, failurePlace_.column}, failureRow_);
     }
 }
 
@@ -113,9 +125,10 @@ void ModelReader::ReadWholeModel(Model& model, bool doublePrecision) {
         ProcessSection(model, doublePrecision);
     }
     ValidateRequirements(model);
-    CheckRequiredTables(model);
-    GenerateTables(model, doublePrecision);
-    AssignTables(model);
+    const StopFlag stop = core_.lexer.stopFlag;
+    CheckRequiredTables(model, stop);
+    GenerateTables(model, doublePrecision, stop);
+    AssignTables(model, stop);
 }
 
 /// Takes the grid from wherever its keywords stand: without the other grammars it is not known where sections begin.

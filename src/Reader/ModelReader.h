@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -20,6 +21,8 @@ public:
         : path_(path), cubesOnly_(cubesOnly), core_(bufferSize) {}
 
     void TraceCurrentCube(unsigned long long* counter) { progress_ = counter; }
+    void Threads(unsigned int count) { threads_ = count; }
+    void StopOn(const std::atomic<bool>* flag) { core_.lexer.stopFlag = StopFlag(flag); }
     void Execute(Model& model, bool doublePrecision);
     const InputPlace& FailurePlace() const { return failurePlace_; }
     std::uint64_t FailureRow() const { return failureRow_; }
@@ -39,12 +42,14 @@ private:
     void ReadTable(Model& model, bool doublePrecision);
     void ValidateRequirements(const Model& model) const;
 
+    void NotePlace() noexcept;
     [[noreturn]] void RaiseLocated(Exception& inner);
     GridReading Grid() const;
 
     std::string path_;
     bool cubesOnly_;
     unsigned long long* progress_ = nullptr;
+    unsigned int threads_ = 1;
     bool analysisDefined_ = false;
     bool materialsDefined_ = false;
     bool cubesDefined_ = false;

@@ -1,8 +1,11 @@
 #include <functional>
 #include <iostream>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
+#include <Orvalo3DReader/Reader/ReadModel.h>
+#include <Orvalo3DReader/Reader/ReadResults.h>
 #include <Orvalo3DReader/Reader/Reader.h>
 
 #include "Faults/Faults.h"
@@ -23,6 +26,17 @@ public:
 /// Reads with failing memory and returns 0 or the code of the error.
 using Attempt = std::function<int(Series&)>;
 
+/// What Execute throws is a ReadError.
+void ExecuteIn(Reader& reader, Model& model, bool doublePrecision) {
+    try {
+        reader.Execute(&model, doublePrecision);
+    } catch (const ReadError&) {
+        throw;
+    } catch (const Exception&) {
+        throw std::logic_error("no ReadError");
+    }
+}
+
 Attempt ReadsModel(const std::string& path, bool cubesOnly, bool doublePrecision) {
     return [=](Series& series) {
         support::Outcome outcome;
@@ -32,7 +46,7 @@ Attempt ReadsModel(const std::string& path, bool cubesOnly, bool doublePrecision
             const Reader copy(reader);
             Reader other("", cubesOnly);
             other = reader;
-            reader.Execute(outcome.model.get(), doublePrecision);
+            ExecuteIn(reader, *outcome.model, doublePrecision);
         } catch (const Exception& failure) {
             return failure.code();
         }
@@ -54,6 +68,21 @@ Attempt ReadsResults(const std::string& path) {
         }
         EXPECT_EQ(Describe(*results), orvalo::Outcome(path));
         return 0;
+    };
+}
+
+/// All in one call, with `options`.
+Attempt ReadsInOneCall(const std::string& path, bool isModel, const ReadOptions& options = {}) {
+    return [=](Series& series) {
+        try {
+            const Armed armed(series);
+            if (!isModel) return ReadResults(path, options) != nullptr ? 0 : -1;
+            return ReadModel(path, options).cubes.CubesCount() > 0 ? 0 : -1;
+        } catch (const ReadError& failure) {
+            return failure.code();
+        } catch (const Exception& failure) {
+            return isModel && failure.code() != 0 ? -1 : failure.code();
+        }
     };
 }
 
@@ -91,6 +120,10 @@ TEST(FailingMemory, EndsInOutOfMemoryAndLosesNothing) {
     const TemporaryFile wrongText(SmallText(3) + "1\n");
     const TemporaryFile wrongMat(SmallMat(3) + SmallMat(3).substr(128));
 
+    const std::atomic<bool> raisedBefore{true};
+    ReadOptions stopped;
+    stopped.stop = &raisedBefore;
+
     const struct {
         const char* name;
         int expected;
@@ -102,6 +135,11 @@ TEST(FailingMemory, EndsInOutOfMemoryAndLosesNothing) {
         {"undefined material", 151, ReadsModel(wrongRow, false, true)},
         {"missing include", 103, ReadsModel(noInclude, false, true)},
         {"missing model", 103, ReadsModel(model + longName, true, true)},
+        {"model in one call", 0, ReadsInOneCall(model, true)},
+        {"missing model in one call", 103, ReadsInOneCall(model + longName, true)},
+        {"stopped model", 0, ReadsInOneCall(model, true, stopped)},
+        {"text in one call", 0, ReadsInOneCall(text.Path(), false)},
+        {"stopped text", 0, ReadsInOneCall(text.Path(), false, stopped)},
         {"text results", 0, ReadsResults(text.Path())},
         {"MAT results", 0, ReadsResults(mat.Path())},
         {"short row", 308, ReadsResults(wrongText.Path())},

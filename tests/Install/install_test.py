@@ -40,6 +40,7 @@ class Installed(unittest.TestCase):
         env = {**os.environ, "LD_LIBRARY_PATH": str(self.library.parent)}
         self.assertRegex(run(client, PLATE / "plate.model", PLATE / "plate-results.txt", env=env),
                          r"^\d{6,} cubes, \d{5,} rows\n$")
+        self.assertEqual(run(client, PLATE / "none.model", PLATE / "plate-results.txt", env=env), "not opened\n")
 
     def exported(self):
         return [line.split(" ", 2)[2] for line in run("nm", "-DC", "--defined-only", self.library).splitlines()]
