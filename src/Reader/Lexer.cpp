@@ -144,7 +144,7 @@ void Lexer::OpenCompleted(const std::string& path) {
     // Files read to their end count too: a model includes a file once.
     if (!openedPaths_.insert(Folded(path)).second) ORVALO_RAISE(Lexer, ReaderMessages::RecursvieInclude);
     const int parent = current_ ? current_->index : -1;
-    files_.push_back(std::make_shared<LexerFile>(parent, static_cast<int>(files_.size()), path));
+    files_.push_back(std::make_shared<LexerFile>(parent, static_cast<int>(files_.size()), path, stopFlag));
     current_ = files_.back();
     current_->Open(bufferSize_);
 }
@@ -220,7 +220,9 @@ void Lexer::NextToken(Token& token) {
             current_ = files_[static_cast<std::size_t>(current_->parent)];
             continue;
         }
-        if (token.type != TokenType::Keyword || token.text != "include") return;
+        if (token.type != TokenType::Keyword) return;
+        stopFlag.Check();
+        if (token.text != "include") return;
         ReadRawToken(token);
         if (token.type != TokenType::String) ORVALO_RAISE(Lexer, ReaderMessages::IncludeFNameMissing);
         Open(token.text);

@@ -52,6 +52,7 @@ unsigned char LexerFile::GetAtEnd() {
 
 bool LexerFile::Refill() {
     if (exhausted_) return false;
+    stop_.Check();
     if (markColumn_ == 0) markColumn_ = ColumnOf(markOffset_);
     const std::string_view done(Begin(), static_cast<std::size_t>(end - Begin()));
     if (const std::size_t start = LastLineStart(done); start != std::string_view::npos) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include <Orvalo3DReader/Reader/ReadError.h>
+
 #include "Common/Platform.h"
 #include "Common/Raise.h"
 #include "Common/WithinMemory.h"
@@ -39,12 +41,17 @@ void ModelReader::Execute(Model& model, bool doublePrecision) {
     core_.lexer.ResetPosition();
     try {
         WithinMemory(module::Reader, __LINE__, [&] { Read(model, doublePrecision); });
+    } catch (const Stopped&) {
+        NotePlace();
+        core_.lexer.CloseAll();
+        throw;
     } catch (Exception& failure) {
-        WithinMemory(module::Reader, __LINE__, [&] { RaiseLocated(failure); });
+        RaiseLocated(failure);
     }
 }
 
 void ModelReader::Read(Model& model, bool doublePrecision) {
+    core_.lexer.stopFlag.Check();
     SetPath();
     OpenMainFile();
     const ModelReading reading{model, doublePrecision, cubesOnly_, progress_};
@@ -55,19 +62,30 @@ void ModelReader::Read(Model& model, bool doublePrecision) {
     }
 }
 
-/// Closes the input and throws `inner` with the reported place before its message.
+void ModelReader::NotePlace() noexcept {
+    failurePlace_ = core_.lexer.Place();
+    failureRow_ = core_.row;
+}
+
+/// Closes the input and throws `inner`, called while it is being handled, with its place and with the reported place
+/// before its message. Where memory does not suffice even for that, throws OutOfMemory, at a place without a path.
 void ModelReader::RaiseLocated(Exception& inner) {
     // What the message, and a description made of it, may hold besides the name and the inner message.
     constexpr std::size_t longestText = 900;
 
-    failurePlace_ = core_.lexer.Place();
-    failureRow_ = core_.row;
+    NotePlace();
     const Lexer::Position position = core_.lexer.position;
-    std::string fileName = CloseInput();
-    if (fileName.empty()) throw Exception(inner);
-    const std::size_t room = longestText - std::min(longestText, inner.what().size());
-    if (fileName.size() > room) fileName.erase(0, fileName.size() - room);
-    throw Exception(inner, fileName, position.line, position.column);
+    try {
+        std::string fileName = CloseInput();
+        if (fileName.empty()) throw ReadError(inner, failurePlace_, failureRow_);
+        const std::size_t room = longestText - std::min(longestText, inner.what().size());
+        if (fileName.size() > room) fileName.erase(0, fileName.size() - room);
+        throw ReadError(Exception(inner, fileName, position.line, position.column), failurePlace_, failureRow_);
+    } catch (const std::bad_alloc&) {
+        // Module and text are short enough to need no memory themselves.
+        throw ReadError({"Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory."},
+                        {{}, failurePlace_.offset, failurePlace_.line, failurePlace_.column}, failureRow_);
+    }
 }
 
 /// Closes all files, also where it throws, and returns the name that messages show of the one that was being read.
@@ -102,9 +120,10 @@ void ModelReader::OpenMainFile() {
 void ModelReader::ReadWholeModel(const ModelReading& reading) {
     for (core_.NextToken(); core_.token.type != TokenType::EndOfFile; core_.NextToken()) ReadSection(reading);
     CheckComplete(reading.model);
-    CheckRequiredTables(reading.model);
-    GenerateTables(reading.model, reading.doublePrecision);
-    AssignTables(reading.model);
+    const StopFlag stop = core_.lexer.stopFlag;
+    CheckRequiredTables(reading.model, stop);
+    GenerateTables(reading.model, reading.doublePrecision, stop);
+    AssignTables(reading.model, stop);
 }
 
 /// Takes the grid from wherever its keywords stand: without the other grammars it is not known where sections begin.

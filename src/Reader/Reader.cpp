@@ -22,6 +22,14 @@ void Reader::TraceCurrentCube(unsigned long long* counter) {
     impl_->TraceCurrentCube(counter);
 }
 
+void Reader::Threads(unsigned int count) {
+    impl_->Threads(count);
+}
+
+void Reader::StopOn(const std::atomic<bool>* flag) {
+    impl_->StopOn(flag);
+}
+
 void Reader::Execute(Model* model, bool doublePrecision) {
     impl_->Execute(*model, doublePrecision);
 }

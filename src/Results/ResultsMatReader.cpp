@@ -55,7 +55,7 @@ void ResultsMatReader::Execute() {
             ReadIndices(element);
         }
     }
-    results_.Finalize();
+    results_.Finalize(stop_);
 }
 
 /// False at the end of the file.
@@ -131,10 +131,19 @@ void ResultsMatReader::ReadIndices(const Element& element) {
 
 /// How many bytes were read: fewer than asked for at the end of the file.
 std::size_t ResultsMatReader::Read(void* buffer, std::size_t size) {
-    const std::optional<std::size_t> got = file_.Read(buffer, size);
-    if (!got) RaiseUnreadable();
-    bytesLeft_ -= std::min<std::uint64_t>(bytesLeft_, *got);
-    return *got;
+    // A column may be gigabytes.
+    constexpr std::size_t piece = std::size_t{1} << 20U;
+    auto* const bytes = static_cast<unsigned char*>(buffer);
+    std::size_t filled = 0;
+    for (std::size_t asked = 1, got = 1; filled < size && got == asked; filled += got) {
+        stop_.Check();
+        asked = std::min(piece, size - filled);
+        const std::optional<std::size_t> read = file_.Read(bytes + filled, asked);
+        if (!read) RaiseUnreadable();
+        got = *read;
+    }
+    bytesLeft_ -= std::min<std::uint64_t>(bytesLeft_, filled);
+    return filled;
 }
 
 void ResultsMatReader::ReadExactly(void* buffer, std::size_t size) {

@@ -122,7 +122,7 @@ void ResultsTxt::ReadData(const TextLine& line) {
     ++s.rowCount;
 }
 
-void ResultsTxt::Finalize() {
+void ResultsTxt::Finalize(StopFlag stop) {
     const Storage& s = *storage_;
     if (s.indexColumns == 0) return;
     std::vector<CoordinateRun> runs;
@@ -131,7 +131,7 @@ void ResultsTxt::Finalize() {
         const short* const x = s.indices.Block(row / perBlock);
         runs.push_back({x, x + 1, x + 2, s.indexColumns, std::min(perBlock, s.rowCount - row)});
     }
-    if (!storage_->lookup.Build(runs)) ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
+    if (!storage_->lookup.Build(runs, stop)) ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
 }
 
 bool ResultsTxt::ValuesDefined() const {

@@ -19,7 +19,7 @@ constexpr std::size_t readSize = std::size_t{256} << 10U;
 
 void ResultsTxtReader::Execute(platform::InputFile& file, std::string_view alreadyRead) {
     const auto fileSize = static_cast<float>(file.Size().value_or(0));
-    TextLines lines(file, alreadyRead, readSize);
+    TextLines lines(file, alreadyRead, readSize, stop_);
     std::uint64_t bytes = 0;
     bool header = true;
     Publish(progress_, 0.0F);
@@ -37,7 +37,7 @@ void ResultsTxtReader::Execute(platform::InputFile& file, std::string_view alrea
     if (lines.Failed()) {
         ORVALO_RAISE(ResultsReader, ReaderMessages::ErrorReadingResultsFile, Quoted(results_.FileName()).c_str());
     }
-    results_.Finalize();
+    results_.Finalize(stop_);
 }
 
 }  // namespace orvalo

@@ -37,9 +37,13 @@ class Installed(unittest.TestCase):
         cls.folder.cleanup()
 
     def check_client(self, client):
-        self.assertRegex(run(client, PLATE / "plate.model", PLATE / "plate-results.txt",
-                             env={**os.environ, "LD_LIBRARY_PATH": str(self.library.parent)}),
+        env = {**os.environ, "LD_LIBRARY_PATH": str(self.library.parent)}
+        self.assertRegex(run(client, PLATE / "plate.model", PLATE / "plate-results.txt", env=env),
                          r"^\d{6,} cubes, \d{5,} rows\n$")
+        self.assertEqual(run(client, PLATE / "none.model", PLATE / "plate-results.txt", env=env), "not opened\n")
+
+    def exported(self):
+        return [line.split(" ", 2)[2] for line in run("nm", "-DC", "--defined-only", self.library).splitlines()]
 
     def test_find_package(self):
         build = Path(self.folder.name) / "cmake-client"
@@ -68,13 +72,19 @@ class Installed(unittest.TestCase):
         self.assertFalse(re.search(r"\b(Lexer|Token|ReaderCore)\b", text))
 
     def test_only_the_public_classes_are_visible(self):
-        lines = run("nm", "-DC", "--defined-only", self.library).splitlines()
-        names = [line.split(" ", 2)[2] for line in lines]
-        public = {path.stem for path in (self.prefix / "include").rglob("*.h")} | {"Bounds", "PiezoData"}
+        names = self.exported()
+        public = {path.stem for path in (self.prefix / "include").rglob("*.h")} | {"operator"}
         strangers = [name for name in names
                      if (found := re.search(r"\borvalo::(\w+)", name)) and found.group(1) not in public]
         self.assertEqual(strangers, [])
         self.assertTrue(any("orvalo::Reader::Execute" in name for name in names))
+
+    def test_every_message_is_visible(self):
+        header = (self.prefix / "include" / "Orvalo3DReader" / "Common" / "ReaderMessages.h").read_text()
+        messages = re.findall(r"static constexpr ExceptionMessage (\w+)", header)
+        self.assertEqual(sorted(name for name in self.exported() if name.startswith("orvalo::ReaderMessages::")),
+                         sorted(f"orvalo::ReaderMessages::{name}" for name in messages))
+        self.assertGreater(len(messages), 100)
 
     def test_versioned_soname(self):
         self.assertRegex(run("readelf", "-d", self.library), r"SONAME.*\[libOrvalo3DReader\.so\.1\]")
