@@ -1,7 +1,9 @@
 # Installs the library, its headers, and what find_package and pkg-config look for.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS Orvalo3DReader EXPORT Orvalo3DReaderTargets FILE_SET HEADERS)
+# A client's CMake from before 3.23 knows no file sets and takes the include folder.
+install(TARGETS Orvalo3DReader EXPORT Orvalo3DReaderTargets FILE_SET HEADERS
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Orvalo3DReader)
 install(EXPORT Orvalo3DReaderTargets NAMESPACE Orvalo3DReader:: DESTINATION ${package_dir})
