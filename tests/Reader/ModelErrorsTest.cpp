@@ -20,7 +20,7 @@ using namespace support;
 const auto table = Rows(R"(
 102 Cubes: Out of memory. | AM CUBES count 9e18 format 0 @data 1 1 1 1 END END | AMC DAMPING count 9e18 @data
 103 LexerFile: Unable to open '{dir}none.model' input file. | A include @"None.model"
-105 Lexer: Invalid character. | A @# 
+105 Lexer: Invalid character. | A @#
 106 Lexer: Invalid character (inside keyword). | A @ab#c
 107 Lexer: Invalid character (inside number). | AM1 CUBES count 1 format 1 data 1 1 1 1^ @20x
 108 Lexer: Unexpected End-Of-File. | A @"abc
@@ -113,6 +113,7 @@ const auto table = Rows(R"(
 158 TableReader: Too many table elements provided. | AMC TABLE id 1 count 2 data 1 2 @3
   | AMC TABLE id 1 count 2 data 1 2 @x
 159 SectionReader: One or more obligatory properties were not defined. | AMC ACTUATOR @END
+  | AMCT ACTUATOR table 1 shape point position 1 1 1 input definition method force @END
 159 TableReader: One or more obligatory properties were not defined. | AMC TABLE id 1 count 1 @END
 160 SectionReader: Table ID already specified in current section. | AMC ACTUATOR table 3 table @x
 161 SectionReader: Table ID = 3 reused.
