@@ -107,7 +107,7 @@ long FailEach(const std::string& name, int expected, const Attempt& attempt, boo
 }
 
 TEST(FailingMemory, EndsInOutOfMemoryAndLosesNothing) {
-    const std::string longName(200, 'n');
+    const std::string longName(100, 'n');
     support::WriteFile("inc", includedPart);
     const std::string model = support::WriteFile("a-name-that-is-long.model", smallModel);
     const std::string wrongRow =

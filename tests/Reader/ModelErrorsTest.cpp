@@ -24,7 +24,7 @@ const auto table = Rows(R"(
     1 1 1 input definition method force type fullpulse waveform sine envelope none frequency 1 phase 0
     duration 2305843009213693952 END DUMP id 1 output all filename f END /@
 103 LexerFile: Unable to open '{dir}none.model' input file. | A include @"None.model"
-105 Lexer: Invalid character. | A @# 
+105 Lexer: Invalid character. | A @#
 106 Lexer: Invalid character (inside keyword). | A @ab#c
 107 Lexer: Invalid character (inside number). | AM1 CUBES count 1 format 1 data 1 1 1 1^ @20x
 108 Lexer: Unexpected End-Of-File. | A @"abc
@@ -118,6 +118,7 @@ const auto table = Rows(R"(
 158 TableReader: Too many table elements provided. | AMC TABLE id 1 count 2 data 1 2 @3
   | AMC TABLE id 1 count 2 data 1 2 @x
 159 SectionReader: One or more obligatory properties were not defined. | AMC ACTUATOR @END
+  | AMCT ACTUATOR table 1 shape point position 1 1 1 input definition method force @END
 159 TableReader: One or more obligatory properties were not defined. | AMC TABLE id 1 count 1 @END
 160 SectionReader: Table ID already specified in current section. | AMC ACTUATOR table 3 table @x
 161 SectionReader: Table ID = 3 reused.
