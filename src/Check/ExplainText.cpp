@@ -5,6 +5,7 @@
 
 #include "Check/ErrorCollector.h"
 #include "Check/Explanations.h"
+#include "Common/Bytes.h"
 
 // Errors in the text itself: bytes that begin no token, numbers and names that other programs write otherwise.
 
@@ -12,9 +13,6 @@ namespace orvalo {
 
 namespace {
 
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 bool IsLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }

@@ -5,7 +5,7 @@
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #else
-#include "Common/FastDecimal.h"
+#include "Common/Bytes.h"
 #endif
 
 namespace orvalo {

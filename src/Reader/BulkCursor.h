@@ -4,6 +4,7 @@
 
 #include "Reader/Lexer.h"
 #include "Reader/PlainNumber.h"
+#include "Reader/ReportedPosition.h"
 
 namespace orvalo {
 

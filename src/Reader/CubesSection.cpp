@@ -1,6 +1,6 @@
-#include <atomic>
 #include <limits>
 
+#include "Common/Publish.h"
 #include "Common/Raise.h"
 #include "Model/CubeRecords.h"
 #include "Reader/BulkRows.h"
@@ -113,11 +113,6 @@ private:
         }
         *temperature_++ = core_.token.value;
         Publish(progress_, ++read_);
-    }
-
-    static void Publish(unsigned long long* progress, std::uint64_t read) {
-        // Not to be gathered into one store at the end: the caller watches it from another thread.
-        if (progress != nullptr) std::atomic_ref(*progress).store(read, std::memory_order_relaxed);
     }
 
     ReaderCore& core_;

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "Common/StopFlag.h"
 #include "Reader/LexerFile.h"
 #include "Reader/Token.h"
 
@@ -83,6 +84,9 @@ public:
 
     /// Ends with a separator; must be set before the first Open.
     std::string baseDirectory;
+    /// Looked at where a file is read on, and at every keyword: sections, and the buffers that they take, begin with
+    /// one.
+    StopFlag stopFlag;
     Position position;
 
 private:

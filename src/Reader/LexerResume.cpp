@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "Common/Bytes.h"
 #include "Common/Raise.h"
 #include "Reader/Lexer.h"
 #include "Reader/LexerTable.h"
@@ -11,10 +12,6 @@
 namespace orvalo {
 
 namespace {
-
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 bool IsWordByte(char c) {
     const lexer::Class byteClass = lexer::classOf[static_cast<unsigned char>(c)];

@@ -3,8 +3,8 @@
 #include <array>
 #include <bit>
 #include <cstdint>
-#include <cstring>
 
+#include "Common/Bytes.h"
 #include "Common/DigitMask.h"
 #include "Reader/BulkCursor.h"
 
@@ -99,7 +99,7 @@ private:
     /// The blank behind the first number of the row at `p`, or a space.
     static char SeparatorAt(const char* p) {
         while (*p == '\n' || *p == '\r') ++p;
-        while (*p >= '0' && *p <= '9') ++p;
+        while (IsDigit(*p)) ++p;
         return *p == '\t' || *p == ',' ? *p : ' ';
     }
 
@@ -190,11 +190,9 @@ private:
                     break;
                 }
             }
-            if (!detail::IsDigit(*p)) return false;
+            if (!IsDigit(*p)) return false;
             unsigned int value = 0;
-            for (; detail::IsDigit(*p) && value <= largest; ++p) {
-                value = value * 10 + static_cast<unsigned int>(*p - '0');
-            }
+            for (; IsDigit(*p) && value <= largest; ++p) value = value * 10 + DigitValue(*p);
             if (value > largest || p >= cursor_.end) return false;
             row |= std::uint64_t{value} << (16 * i);
         }
@@ -210,9 +208,7 @@ private:
 
     /// The four bytes up to the end of a number; before a short one there is always a byte more in the buffer's slack.
     std::uint32_t Digits(unsigned int index) const {
-        std::uint32_t word;
-        std::memcpy(&word, cursor_.at + shape_.ends[index] - sizeof word, sizeof word);
-        return word;
+        return LoadFour(cursor_.at + shape_.ends[index] - sizeof(std::uint32_t));
     }
 
     /// Converts all numbers at once: digits to pairs, pairs to numbers.
