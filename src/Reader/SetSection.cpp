@@ -47,9 +47,11 @@ void ReadPoints(ReaderCore& core, Set& set) {
 void ReadSet(ReaderCore& core, SetReading& reading) {
     const auto set = std::make_shared<Set>(reading.id, reading.count);
     ReadPoints(core, *set);
-    if (!reading.model.sets.emplace(reading.id, set).second) {
-        ORVALO_RAISE(SectionReader, ReaderMessages::SetIDReused, reading.id);
-    }
+    core.Attempt([&] {
+        if (!reading.model.sets.emplace(reading.id, set).second) {
+            ORVALO_RAISE(SectionReader, ReaderMessages::SetIDReused, reading.id);
+        }
+    });
 }
 
 constexpr Property<SetReading> properties[] = {
@@ -73,7 +75,7 @@ void ReadSetSection(ReaderCore& core, const ModelReading& reading) {
     SetReading own{reading.model};
     PropertySet given;
     ReadProperties(core, properties, own, given);
-    given.Require(properties);
+    given.Require(core, properties);
 }
 
 }  // namespace orvalo
