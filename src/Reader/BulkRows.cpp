@@ -44,6 +44,25 @@ void CloseBulkRows(ReaderCore& core, std::uint64_t read, std::uint64_t count) {
     ORVALO_RAISE(SectionReader, ReaderMessages::SectionClosingExpected);
 }
 
+NextRow ResumeInRows(ReaderCore& core, unsigned int numbers, bool full) {
+    Lexer& lexer = core.lexer;
+    const bool tokenRead = !lexer.HasReadNatural();
+    if (tokenRead && core.AtWord()) {
+        core.Hold();
+        return NextRow::None;
+    }
+    // Where each line holds a number more or less than a row, no row can be told from the next one.
+    const std::size_t inLine = lexer.NumbersInLine();
+    const bool shifted = inLine + 1 == numbers || inLine == numbers + 1;
+    if (full || (!tokenRead && shifted && inLine == lexer.NumbersInNextLine())) {
+        core.SkipBlock();
+        return NextRow::None;
+    }
+    if (tokenRead && core.token.type == TokenType::Number && lexer.ReturnToNatural()) return NextRow::AtThisOne;
+    lexer.SkipRow();
+    return NextRow::AfterThisOne;
+}
+
 BulkMaterials::BulkMaterials(const MaterialRepository& materials, bool asWritten) {
     stored_[0] = -1;
     for (int number = 1; number < 256; ++number) {

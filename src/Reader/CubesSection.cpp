@@ -23,15 +23,18 @@ public:
           modelBounds_(reading.model.bounds),
           progress_(reading.progress),
           count_(reading.model.cubes.CubesCount()),
-          record_(reading.model.cubes.CubesPtr()),
-          temperature_(reading.model.cubes.TemperaturesPtr()) {}
+          firstRecord_(reading.model.cubes.CubesPtr()),
+          firstTemperature_(reading.model.cubes.TemperaturesPtr()),
+          record_(firstRecord_),
+          temperature_(firstTemperature_) {}
 
     CubeRows(const CubeRows&) = delete;
     CubeRows& operator=(const CubeRows&) = delete;
     /// The bounds hold what was stored, also where reading failed thereafter.
     ~CubeRows() { bounds_.Widen(modelBounds_); }
 
-    void Read() {
+    /// Reads what follows, up to the END of the rows.
+    void ReadOn() {
         do {
             if (temperature_ == nullptr) {
                 ReadPlainRows<false>();
@@ -40,6 +43,15 @@ public:
             }
         } while (ReadRow());
         CloseBulkRows(core_, read_, count_);
+    }
+
+    bool Full() const { return read_ == count_; }
+
+    /// Leaves out a row, of which something may be stored.
+    void PassOver() {
+        ++read_;
+        record_ = firstRecord_ + read_ * cubeStride;
+        if (temperature_ != nullptr) temperature_ = firstTemperature_ + read_;
     }
 
 private:
@@ -115,6 +127,8 @@ private:
     unsigned long long* progress_;
     std::uint64_t count_;
     std::uint64_t read_ = 0;
+    unsigned char* firstRecord_;
+    double* firstTemperature_;
     unsigned char* record_;
     double* temperature_;
 };
@@ -132,8 +146,13 @@ struct CubesReading {
 };
 
 void ReadRows(ReaderCore& core, CubesReading& reading) {
-    ModelAccess::AllocCubes(reading.model.model.cubes, reading.count, reading.withTemperatures);
-    CubeRows(core, reading.model).Read();
+    Cubes& cubes = reading.model.model.cubes;
+    core.Attempt([&] { ModelAccess::AllocCubes(cubes, reading.count, reading.withTemperatures); });
+    // Without a count, or memory for it, which are errors that reading may go on after, rows are passed over.
+    if (reading.count == 0 || cubes.CubesPtr() == nullptr) return core.SkipBlock();
+    if (reading.withTemperatures && cubes.TemperaturesPtr() == nullptr) return core.SkipBlock();
+    CubeRows rows(core, reading.model);
+    ReadAllRows(core, rows, reading.withTemperatures ? 5 : 4);
 }
 
 void RefuseInit(ReaderCore&, CubesReading&) {

@@ -29,11 +29,20 @@ public:
     /// The bounds hold what was stored, also where reading failed thereafter.
     ~DampingRows() { bounds_.Widen(modelBounds_); }
 
-    void Read() {
+    /// Reads what follows, up to the END of the rows.
+    void ReadOn() {
         do {
             ReadPlainRows();
         } while (ReadRow());
         CloseBulkRows(core_, read_, count_);
+    }
+
+    bool Full() const { return read_ == count_; }
+
+    /// Leaves out a row, of which nothing is stored.
+    void PassOver() {
+        ++read_;
+        record_ += dampingCubeStride;
     }
 
 private:
@@ -93,8 +102,12 @@ struct DampingReading {
 };
 
 void ReadRows(ReaderCore& core, DampingReading& reading) {
-    ModelAccess::AllocDampingCubes(reading.model.model.cubes, reading.count);
-    DampingRows(core, reading.model).Read();
+    Cubes& cubes = reading.model.model.cubes;
+    core.Attempt([&] { ModelAccess::AllocDampingCubes(cubes, reading.count); });
+    // Without a count, or memory for it, which are errors that reading may go on after, rows are passed over.
+    if (reading.count == 0 || cubes.DampingCubesPtr() == nullptr) return core.SkipBlock();
+    DampingRows rows(core, reading.model);
+    ReadAllRows(core, rows, 5);
 }
 
 constexpr Property<DampingReading> properties[] = {

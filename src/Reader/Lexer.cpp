@@ -168,6 +168,7 @@ void Lexer::ReadRawToken(Token& token) {
     State state = Start;
     token.text.clear();
     token.plainText = {};
+    naturalRead_ = false;
     for (;;) {
         if (state == Start) {
             scan.SkipBlanks();
@@ -236,6 +237,7 @@ void Lexer::NextToken(Token& token) {
 
 bool Lexer::ReadNatural(std::uint32_t& value) {
     LexerFile& file = *current_;
+    naturalRead_ = true;
     for (;;) {
         const unsigned char byte = file.Get();
         ++file.column;
@@ -274,39 +276,6 @@ std::string Lexer::CurrentFileName() const {
 InputPlace Lexer::Place() const noexcept {
     if (placeFile_ < 0) return {};
     return files_[static_cast<std::size_t>(placeFile_)]->MarkedPlace();
-}
-
-std::pair<int, FilePlace> Lexer::MarkedPlace() const noexcept {
-    return {placeFile_, placeFile_ < 0 ? FilePlace() : File(placeFile_).Marked()};
-}
-
-std::string_view Lexer::RestOfLine() const noexcept {
-    const LexerFile& file = *current_;
-    const std::string_view rest(file.cursor, static_cast<std::size_t>(file.end - file.cursor));
-    return file.LastByte() == '\n' ? std::string_view() : rest.substr(0, rest.find('\n'));
-}
-
-void Lexer::Recover(int code) {
-    if (!current_) return;
-    // The scan that would have counted it has ended.
-    if (code == ReaderMessages::LexUnexpectedEOL.code && current_->LastByte() == '\n') ++current_->uncountedLineFeeds;
-    if (current_->cursor == nullptr) {
-        if (current_->parent >= 0) current_ = files_[static_cast<std::size_t>(current_->parent)];
-    } else if (current_->HasFailed()) {
-        current_->GiveUp();
-    } else if (std::string_view("#/!").find(current_->LastByte()) != std::string_view::npos) {
-        SkipLine();
-    }
-}
-
-void Lexer::SkipLine() {
-    LexerFile& file = *current_;
-    if (file.LastByte() == '\n') return;
-    for (;;) {
-        const unsigned char byte = file.Get();
-        if (byte == '\n') return file.PutBack(byte);
-        if (byte == 0) return;
-    }
 }
 
 void Lexer::ResetPosition() {

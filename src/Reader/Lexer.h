@@ -64,8 +64,16 @@ public:
     /// After an error of that code: makes the next token readable. A file that cannot be read is left, and so is the
     /// rest of a line after a byte that begins a comment in other formats.
     void Recover(int code);
-    /// Leaves the rest of the current line.
+    /// Leaves the rest of the current line; or of a row, which may end before an END on its line.
     void SkipLine();
+    void SkipRow();
+    /// Whether what was read last was a bulk number rather than a token.
+    bool HasReadNatural() const { return naturalRead_; }
+    /// Goes back to the first byte of the last token if it is a natural number that can still be reached.
+    bool ReturnToNatural();
+    /// How many numbers stand in the current line, and in the next one, as far as they were read.
+    std::size_t NumbersInLine() const;
+    std::size_t NumbersInNextLine() const;
 
     /// Forgets position and place, for the start of a read.
     void ResetPosition();
@@ -88,6 +96,7 @@ private:
     std::vector<std::shared_ptr<LexerFile>> files_;
     std::unordered_set<std::string> openedPaths_;
     int placeFile_ = -1;
+    bool naturalRead_ = false;
 };
 
 }  // namespace orvalo

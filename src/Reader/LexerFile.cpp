@@ -86,6 +86,33 @@ std::uint64_t LexerFile::ColumnOf(std::uint64_t offset) const noexcept {
     return (start == std::string_view::npos ? offset - lineStart_ : before.size() - start) + 1;
 }
 
+std::string_view LexerFile::TextFromMark() const noexcept {
+    if (cursor == nullptr || markOffset_ < bufferOffset_) return {};
+    const char* const mark = Begin() + (markOffset_ - bufferOffset_);
+    return {mark, static_cast<std::size_t>(end - mark)};
+}
+
+void LexerFile::ReturnToMark() noexcept {
+    cursor = Begin() + (markOffset_ - bufferOffset_);
+    uncountedLineFeeds = markLine_ - line;
+}
+
+std::string_view LexerFile::CurrentLine() const noexcept {
+    const std::string_view before(Begin(), static_cast<std::size_t>(std::max<std::ptrdiff_t>(cursor - 1 - Begin(), 0)));
+    const std::size_t start = LastLineStart(before);
+    const char* const first = start == std::string_view::npos ? Begin() : Begin() + start;
+    const std::string_view text(first, static_cast<std::size_t>(end - first));
+    return text.substr(0, text.find('\n'));
+}
+
+std::string_view LexerFile::NextLine() const noexcept {
+    const std::string_view current = CurrentLine();
+    const char* const lineEnd = current.data() + current.size();
+    const std::string_view rest(lineEnd, static_cast<std::size_t>(end - lineEnd));
+    const std::string_view next = rest.substr(std::min<std::size_t>(1, rest.size()));
+    return next.substr(0, next.find('\n'));
+}
+
 InputPlace LexerFile::MarkedPlace() const noexcept {
     const FilePlace marked = Marked();
     InputPlace place;

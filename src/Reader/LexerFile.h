@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include <Orvalo3DReader/Reader/InputPlace.h>
 
@@ -61,6 +62,13 @@ public:
 
     /// The byte before the cursor, or what stood there in another buffer.
     char LastByte() const { return cursor[-1]; }
+    /// What was read from the marked byte on, as far as it is still in the buffer.
+    std::string_view TextFromMark() const noexcept;
+    /// Goes back to the marked byte, which must be in the buffer.
+    void ReturnToMark() noexcept;
+    /// The line of the byte before the cursor, and the one after it, as far as they are in the buffer.
+    std::string_view CurrentLine() const noexcept;
+    std::string_view NextLine() const noexcept;
     /// Whether reading on has failed.
     bool HasFailed() const { return failed_; }
     /// Takes what was read for all of the file.

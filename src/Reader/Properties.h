@@ -109,6 +109,7 @@ inline void BeginValue(ReaderCore& core, Takes takes) {
 /// the properties throw. Where reading goes on after an error, a property that failed counts as given.
 template <class Target, std::size_t n>
 bool ReadProperties(ReaderCore& core, const Property<Target> (&table)[n], Target& target, PropertySet& given) {
+    core.sectionWords = table;
     for (bool moveOn = true;;) {
         std::size_t row = n;
         try {

@@ -129,10 +129,14 @@ public:
     bool resuming = false;
     /// Whether the current token is the name of a section or the end of the input.
     bool AtSection() const;
+    /// As AtSection; also true on a word of the section that is being read.
+    bool AtWord() const;
+    /// The words of the section that is being read.
+    std::optional<WordList> sectionWords;
 
 private:
     bool held_ = false;
-    std::pair<int, FilePlace> resumedAt_{-1, {}};
+    std::optional<std::pair<int, FilePlace>> resumedAt_;
 };
 
 }  // namespace orvalo

@@ -36,6 +36,10 @@ bool ReaderCore::AtSection() const {
            (token.type == TokenType::Keyword && WordList(sections).Has(token.text));
 }
 
+bool ReaderCore::AtWord() const {
+    return AtSection() || (token.type == TokenType::Keyword && sectionWords && sectionWords->Has(token.text));
+}
+
 void ReaderCore::NextReadableToken() {
     resuming = true;
     while (!Attempt([this] { NextToken(); })) {
