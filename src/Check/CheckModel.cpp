@@ -7,6 +7,7 @@
 #include <Orvalo3DReader/Common/Stopped.h>
 
 #include "Check/ErrorCollector.h"
+#include "Check/Explain.h"
 #include "Check/ModelWarnings.h"
 #include "Common/WithinMemory.h"
 #include "Reader/ModelReader.h"
@@ -41,6 +42,7 @@ std::vector<Diagnostic> Check(const std::string& path, const CheckOptions& optio
         // Noted, as every other error.
     }
     errors.UpdateFiles();
+    ExplainAtEnd(errors);
     const bool whole = errors.ErrorCount() == 0 || !options.firstOnly;
     if (options.warnings && whole) AddModelWarnings(model, path, options, errors);
     return InFileOrder(std::move(errors.diagnostics), errors.record);

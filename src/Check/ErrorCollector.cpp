@@ -41,6 +41,8 @@ void ErrorCollector::SectionBegins(const Section& section) {
     inRows_.clear();
     moreInRows_.clear();
     open_.clear();
+    rowShapeTold_ = false;
+    missingTold_.clear();
 }
 
 void ErrorCollector::SectionEnds() {
@@ -52,6 +54,10 @@ void ErrorCollector::SectionEnds() {
 void ErrorCollector::PropertyBegins(std::string_view word) {
     PropertyRecord begun;
     begun.word = word;
+    begun.nested = !open_.empty();
+    if (!begun.nested && word == "table") {
+        std::erase_if(missingTold_, [](const auto& told) { return told.first; });
+    }
     begun.place = begun.valuePlace = Place();
     open_.push_back(std::move(begun));
 }
@@ -70,6 +76,11 @@ void ErrorCollector::PropertyEnds() {
     open_.pop_back();
 }
 
+void ErrorCollector::RowBegins() {
+    PropertyBegins({});
+    ValueBegins();
+}
+
 const SectionRecord* ErrorCollector::FindSection(std::string_view section, std::string_view property,
                                                  double number) const {
     for (const SectionRecord& candidate : record.sections) {
@@ -86,6 +97,22 @@ bool ErrorCollector::SectionFailed(std::initializer_list<std::string_view> words
     });
 }
 
+bool ErrorCollector::HasSection(std::string_view word) const {
+    return std::any_of(record.sections.begin(), record.sections.end(),
+                       [&](const SectionRecord& section) { return section.section->word == word; });
+}
+
+bool ErrorCollector::InOwnTable() const {
+    return open_.size() > 1 || (open_.size() == 1 && open_.back().word == "table");
+}
+
+/// Whether it was told already, before the rows of the section, that these properties are missing.
+bool ErrorCollector::MissingIsTold() const {
+    return errors_ > 0 && std::all_of(core_.missing.begin(), core_.missing.end(), [&](std::string_view word) {
+               return missingTold_.count({InOwnTable(), word}) != 0;
+           });
+}
+
 /// Whether the error only follows from what is known.
 bool ErrorCollector::Follows(const Exception& failure) const {
     const int code = failure.code();
@@ -97,12 +124,13 @@ bool ErrorCollector::Follows(const Exception& failure) const {
         return unknownSection_ || SectionFailed({"table"}) || FindSection("table", "id", core_.subject) != nullptr;
     }
     // Without a time step no signal can be generated.
-    if (code == M::OutOfMemory.code && !inSection_) return SectionFailed({"analysis", "actuator"});
+    if (code == M::OutOfMemory.code && !inSection_) {
+        return SectionFailed({"analysis", "actuator"}) || !HasSection("analysis");
+    }
+    if (code == M::ObligatoryMissing.code || code == M::ObligatoryPropNotDefined.code) return MissingIsTold();
     if (code == M::PiezoTableMissing.code) return SectionFailed({"piezo"});
     if (code == M::MaterialNotDefined.code || code == M::IncorrectMaterialIndex.code) {
-        return SectionFailed({"materials"}) || record.sections.empty() ||
-               std::none_of(record.sections.begin(), record.sections.end(),
-                            [](const SectionRecord& s) { return s.section->word == "materials"; });
+        return SectionFailed({"materials"}) || !HasSection("materials");
     }
     return false;
 }
@@ -158,6 +186,9 @@ void ErrorCollector::Add(const Exception& failure) {
     diagnostic.includedFrom = record.IncludedFrom(added.place.file);
     diagnostic.length = source_.TokenAt(diagnostic.place).size();
     Explain(diagnostic, *this);
+    if (diagnostic.code == M::ObligatoryMissing.code || diagnostic.code == M::ObligatoryPropNotDefined.code) {
+        for (const std::string_view word : core_.missing) missingTold_.insert({InOwnTable(), word});
+    }
     diagnostics.push_back(std::move(added));
 }
 

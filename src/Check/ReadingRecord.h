@@ -23,7 +23,10 @@ struct ReadPlace {
 
 /// A property as it stood in the file.
 struct PropertyRecord {
+    /// Empty for a material, which begins with its number.
     std::string_view word;
+    /// Whether it is one of a table that is written inside the section.
+    bool nested = false;
     ReadPlace place;
     /// The first token of the value.
     ReadPlace valuePlace;
@@ -42,10 +45,10 @@ struct SectionRecord {
     /// Whether an error was found in it.
     bool failed = false;
 
-    /// The last property of that word, or null.
+    /// The last property of that word that is the section's own, or null.
     const PropertyRecord* Find(std::string_view word) const {
         for (auto record = properties.rbegin(); record != properties.rend(); ++record) {
-            if (record->word == word) return &*record;
+            if (record->word == word && !record->nested) return &*record;
         }
         return nullptr;
     }

@@ -82,7 +82,10 @@ unsigned int BulkMaterials::Read(ReaderCore& core) const {
 
 std::uint64_t ReadBulkCount(const ReaderCore& core, std::int64_t largest) {
     const auto count = core.Truncated();
-    if (!count || *count < 1 || *count > largest) ORVALO_RAISE(SectionReader, ReaderMessages::InvalidCountValue);
+    if (!count || *count < 1 || *count > largest) {
+        core.range = {1.0, static_cast<double>(largest), true};
+        ORVALO_RAISE(SectionReader, ReaderMessages::InvalidCountValue);
+    }
     return static_cast<std::uint64_t>(*count);
 }
 

@@ -177,7 +177,7 @@ void ReadCubesSection(ReaderCore& core, const ModelReading& reading) {
     CubesReading own{reading};
     PropertySet given;
     ReadProperties(core, properties, own, given);
-    given.Require(properties);
+    given.Require(core, properties);
 }
 
 }  // namespace orvalo

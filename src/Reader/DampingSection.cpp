@@ -130,7 +130,7 @@ void ReadDampingSection(ReaderCore& core, const ModelReading& reading) {
     DampingReading own{reading};
     PropertySet given;
     ReadProperties(core, properties, own, given);
-    given.Require(properties);
+    given.Require(core, properties);
 }
 
 }  // namespace orvalo

@@ -71,12 +71,18 @@ double ReaderCore::ExpectNumber() const {
 }
 
 double ReaderCore::ExpectGreaterThan(double bound) const {
-    if (!(ExpectNumber() > bound)) ORVALO_RAISE(ReaderMisc, ReaderMessages::InvalidPropertyValue);
+    if (!(ExpectNumber() > bound)) {
+        range = {bound, std::numeric_limits<double>::infinity(), false};
+        ORVALO_RAISE(ReaderMisc, ReaderMessages::InvalidPropertyValue);
+    }
     return token.value;
 }
 
 double ReaderCore::ExpectAtLeast(double bound) const {
-    if (bound > ExpectNumber()) ORVALO_RAISE(ReaderMisc, ReaderMessages::InvalidPropertyValue);
+    if (bound > ExpectNumber()) {
+        range = {bound, std::numeric_limits<double>::infinity(), true};
+        ORVALO_RAISE(ReaderMisc, ReaderMessages::InvalidPropertyValue);
+    }
     return token.value;
 }
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Model/Point.h>
@@ -80,6 +81,16 @@ public:
     /// The words that the last failed Match allowed, and those of a list of words that the current token ended.
     mutable std::optional<WordList> expected;
     mutable std::optional<WordList> endedList;
+
+    /// The numbers that the check would have taken which failed last; `least` itself only where it is included.
+    struct Range {
+        double least;
+        double most;
+        bool leastIncluded;
+    };
+    mutable std::optional<Range> range;
+    /// The properties that the last check for them found missing.
+    mutable std::vector<std::string_view> missing;
 
     /// The ID that the error is about which may come next.
     int subject = 0;

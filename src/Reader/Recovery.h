@@ -32,6 +32,8 @@ public:
     virtual void PropertyBegins(std::string_view word) = 0;
     virtual void ValueBegins() = 0;
     virtual void PropertyEnds() = 0;
+    /// The current token begins a material: a property without a word.
+    virtual void RowBegins() = 0;
 };
 
 }  // namespace orvalo

@@ -93,7 +93,7 @@ void ReadSetSection(ReaderCore& core, const ModelReading& reading) {
     SetReading own{reading.model};
     PropertySet given;
     ReadProperties(core, properties, own, given);
-    given.Require(properties);
+    given.Require(core, properties);
 }
 
 }  // namespace orvalo
