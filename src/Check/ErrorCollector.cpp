@@ -40,6 +40,7 @@ void ErrorCollector::SectionBegins(const Section& section) {
     inSection_ = true;
     inRows_.clear();
     moreInRows_.clear();
+    changed_ = {};
     open_.clear();
     rowShapeTold_ = false;
     missingTold_.clear();
@@ -47,8 +48,9 @@ void ErrorCollector::SectionBegins(const Section& section) {
 
 void ErrorCollector::SectionEnds() {
     record.sections.back().endPlace = Place();
+    // A property that switches the section off ends with it.
+    while (!open_.empty()) PropertyEnds();
     inSection_ = false;
-    open_.clear();
 }
 
 void ErrorCollector::PropertyBegins(std::string_view word) {
@@ -72,6 +74,7 @@ void ErrorCollector::ValueBegins() {
 
 void ErrorCollector::PropertyEnds() {
     if (open_.empty()) return;
+    open_.back().endPlace = Place();
     if (inSection_) record.sections.back().properties.push_back(std::move(open_.back()));
     open_.pop_back();
 }
@@ -79,6 +82,27 @@ void ErrorCollector::PropertyEnds() {
 void ErrorCollector::RowBegins() {
     PropertyBegins({});
     ValueBegins();
+}
+
+std::uint64_t ErrorCollector::BulkRowBegins(std::uint64_t row) {
+    constexpr std::uint64_t perMark = SectionRecord::rowsPerMark;
+    auto& marks = record.sections.back().rowMarks;
+    if (row == 0) marks.clear();
+    // Rows that were passed over after an error may have had one.
+    if (row == marks.size() * perMark) marks.push_back(Place());
+    return (row / perMark + 1) * perMark;
+}
+
+void ErrorCollector::RowsRead(std::uint64_t read) {
+    record.sections.back().rowsRead = read;
+}
+
+void ErrorCollector::NumberChanges(NumberChange change, std::int64_t taken) {
+    const std::uint64_t known = changed_[static_cast<std::size_t>(change)]++;
+    if (known <= options_.perSection) record.changedNumbers.push_back({Place(), change, taken, core_.row});
+    if (known < options_.perSection) return;
+    const auto isOne = [change](const ChangedNumber& number) { return number.change == change; };
+    ++std::find_if(record.changedNumbers.rbegin(), record.changedNumbers.rend(), isOne)->more;
 }
 
 const SectionRecord* ErrorCollector::FindSection(std::string_view section, std::string_view property,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -51,6 +52,9 @@ public:
     void ValueBegins() override;
     void PropertyEnds() override;
     void RowBegins() override;
+    std::uint64_t BulkRowBegins(std::uint64_t row) override;
+    void RowsRead(std::uint64_t read) override;
+    void NumberChanges(NumberChange change, std::int64_t taken) override;
 
     /// Whether the read was ended by the collector itself.
     bool Ended() const { return ended_; }
@@ -113,6 +117,8 @@ private:
     /// For each code how many errors the rows of the current section had, and the diagnostic that tells of the rest.
     std::map<int, std::uint64_t> inRows_;
     std::map<int, std::size_t> moreInRows_;
+    /// Of each NumberChange how many the current section had.
+    std::array<std::uint64_t, 2> changed_{};
 };
 
 }  // namespace orvalo

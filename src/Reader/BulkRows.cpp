@@ -15,7 +15,7 @@ void CheckCoordinate(std::uint32_t value, const ExceptionMessage& message) {
 
 std::uint32_t ReadCoordinate(ReaderCore& core, const ExceptionMessage& message) {
     std::uint32_t value = 0;
-    if (!core.lexer.ReadNatural(value)) ORVALO_RAISE(SectionReader, message);
+    if (!core.ReadNatural(value)) ORVALO_RAISE(SectionReader, message);
     CheckCoordinate(value, message);
     return value;
 }
@@ -24,7 +24,8 @@ std::uint32_t ReadCoordinate(ReaderCore& core, const ExceptionMessage& message) 
 
 bool ReadBulkPosition(ReaderCore& core, std::uint64_t read, std::uint64_t count, BulkPosition& position) {
     core.row = read + 1;
-    if (!core.lexer.ReadNatural(position.x)) return false;
+    if (!core.ReadNatural(position.x)) return false;
+    if (read >= core.rowLimit) core.rowLimit = core.recovery->BulkRowBegins(read);
     if (read == count) ORVALO_RAISE(SectionReader, ReaderMessages::TooManyCubes);
     CheckCoordinate(position.x, ReaderMessages::InvalidXCoordinate);
     position.y = ReadCoordinate(core, ReaderMessages::InvalidYCoordinate);
@@ -33,6 +34,10 @@ bool ReadBulkPosition(ReaderCore& core, std::uint64_t read, std::uint64_t count,
 }
 
 void CloseBulkRows(ReaderCore& core, std::uint64_t read, std::uint64_t count) {
+    if (core.recovery != nullptr) {
+        core.recovery->RowsRead(read);
+        core.rowLimit = 0;
+    }
     // What stands behind the last row is no row.
     if (read == count) core.row = 0;
     core.NextToken();
@@ -73,7 +78,7 @@ BulkMaterials::BulkMaterials(const MaterialRepository& materials, bool asWritten
 
 unsigned int BulkMaterials::Read(ReaderCore& core) const {
     std::uint32_t number = 0;
-    if (!core.lexer.ReadNatural(number) || number < 1 || number > 255) {
+    if (!core.ReadNatural(number) || number < 1 || number > 255) {
         ORVALO_RAISE(SectionReader, ReaderMessages::IncorrectMaterialIndex);
     }
     if (!Known(number)) ORVALO_RAISE(SectionReader, ReaderMessages::MaterialNotDefined, static_cast<int>(number));

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <limits>
 
 #include "Common/Publish.h"
@@ -61,13 +62,14 @@ private:
     template <bool withTemperatures>
     bool ReadPlainRows() {
         PlainRows<4> rows(core_.lexer);
+        const std::uint64_t limit = std::min(count_, core_.rowLimit);
         unsigned long long* const progress = progress_;
         std::uint64_t read = read_;
         unsigned char* record = record_;
         double* temperature = temperature_;
         RowBounds bounds = bounds_;
         bool complete = true;
-        while (complete && read < count_ && rows.Look() && materials_.Known(rows.Fourth())) {
+        while (complete && read < limit && rows.Look() && materials_.Known(rows.Fourth())) {
             const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Fourth()]);
             StoreCube(record, packed);
             record += cubeStride;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -49,7 +50,8 @@ private:
     /// Reads rows of the common kind for as long as they follow one another.
     void ReadPlainRows() {
         PlainRows<4> rows(core_.lexer);
-        while (read_ < count_ && rows.Look() && materials_.Known(rows.Fourth())) {
+        const std::uint64_t limit = std::min(count_, core_.rowLimit);
+        while (read_ < limit && rows.Look() && materials_.Known(rows.Fourth())) {
             const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Fourth()]);
             rows.Accept();
             double coefficient = 0.0;

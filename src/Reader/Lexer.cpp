@@ -150,6 +150,13 @@ void Lexer::OpenCompleted(const std::string& path) {
     current_->Open(bufferSize_);
 }
 
+void Lexer::OpenAt(const std::string& path, const FilePlace& from) {
+    CloseAll();
+    files_.push_back(std::make_shared<LexerFile>(-1, 0, path, stopFlag));
+    current_ = files_.back();
+    current_->OpenAt(from, bufferSize_);
+}
+
 void Lexer::Mark(LexerFile& file, std::size_t back) {
     file.Mark(back);
     placeFile_ = file.index;
@@ -246,6 +253,7 @@ bool Lexer::ReadNatural(std::uint32_t& value) {
         Mark(file, byte == 0 ? 0 : 1);
         if (classOf[byte] == lexer::Digit) {
             value = byte - unsigned{'0'};
+            naturalWrapped_ = false;
             break;
         }
         file.PutBack(byte);
@@ -257,7 +265,9 @@ bool Lexer::ReadNatural(std::uint32_t& value) {
             file.PutBack(byte);
             return true;
         }
-        value = value * 10 + (byte - unsigned{'0'});
+        const std::uint64_t longer = std::uint64_t{value} * 10 + (byte - unsigned{'0'});
+        naturalWrapped_ |= longer >> 32U != 0;
+        value = static_cast<std::uint32_t>(longer);
     }
 }
 

@@ -37,6 +37,8 @@ public:
     /// before, and what LexerFile::Open throws.
     void Open(const std::string& path) { OpenCompleted(Completed(path)); }
     void OpenCompleted(const std::string& path);
+    /// Forgets every file and reads one from a place in it on.
+    void OpenAt(const std::string& path, const FilePlace& from);
 
     /// The next token of the stream, across all included files.
     void NextToken(Token& token);
@@ -44,6 +46,8 @@ public:
     /// Skips blanks and line ends and reads an unsigned decimal number that wraps at 32 bits. At anything else it stays
     /// there and returns false. Never leaves the current file.
     bool ReadNatural(std::uint32_t& value);
+    /// Whether the number that ReadNatural gave last has wrapped.
+    bool NaturalWrapped() const { return naturalWrapped_; }
 
     /// The file whose bytes come next; for readers of plain bulk rows.
     LexerFile& Current() { return *current_; }
@@ -101,6 +105,7 @@ private:
     std::unordered_set<std::string> openedPaths_;
     int placeFile_ = -1;
     bool naturalRead_ = false;
+    bool naturalWrapped_ = false;
 };
 
 }  // namespace orvalo

@@ -38,6 +38,16 @@ void LexerFile::Open(std::size_t bufferSize) {
     line = 1;
 }
 
+void LexerFile::OpenAt(const FilePlace& from, std::size_t bufferSize) {
+    Open(bufferSize);
+    if (!stream_.Seek(from.offset)) {
+        ORVALO_RAISE(LexerFile, ReaderMessages::ErrorReadingInputFile, Quoted(path).c_str());
+    }
+    bufferOffset_ = from.offset;
+    lineStart_ = from.offset - (from.column - 1);
+    line = from.line;
+}
+
 void LexerFile::Close() noexcept {
     stream_.Close();
     buffer_.reset();

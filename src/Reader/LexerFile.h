@@ -35,6 +35,8 @@ public:
 
     /// Opens the file to be read `bufferSize` bytes at a time. Throws ErrorOpeningInputFile and OutOfMemory.
     void Open(std::size_t bufferSize);
+    /// As Open, to be read from a place in it on. Throws ErrorReadingInputFile, too.
+    void OpenAt(const FilePlace& from, std::size_t bufferSize);
     /// Releases the buffer and the stream; the record stays.
     void Close() noexcept;
 

@@ -163,6 +163,7 @@ void ModelReader::ReadSection(const Section& section, const ModelReading& readin
         NoteDefined(section);
         return section.read(core_, reading);
     }
+    core_.rowLimit = 0;
     core_.recovery->SectionBegins(section);
     const bool again = section.order != SectionOrder::Any && IsDefined(section.order);
     core_.Attempt([&] { CheckOrder(section); });

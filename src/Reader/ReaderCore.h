@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -71,10 +72,19 @@ public:
     /// InvalidXCoordinate, InvalidYCoordinate or InvalidZCoordinate.
     Point ReadCoordinates();
 
+    /// Reads a bulk number; see Lexer::ReadNatural.
+    bool ReadNatural(std::uint32_t& value) {
+        const bool read = lexer.ReadNatural(value);
+        if (read && lexer.NaturalWrapped()) TellOf(NumberChange::Wrapped, value);
+        return read;
+    }
+
     Lexer lexer;
     Token token;
     /// The bulk row being read, from 1; 0 outside of bulk rows.
     std::uint64_t row = 0;
+    /// The bulk row, from 0, of which to tell: rows that are read in passing end before it. Beyond all for a reader.
+    std::uint64_t rowLimit = std::numeric_limits<std::uint64_t>::max();
 
     /// Where reading may go on after an error: the rest of this class. Null for a reader.
     Recovery* recovery = nullptr;
@@ -135,6 +145,10 @@ public:
     std::optional<WordList> sectionWords;
 
 private:
+    void TellOf(NumberChange change, std::int64_t taken) const {
+        if (recovery != nullptr) recovery->NumberChanges(change, taken);
+    }
+
     bool held_ = false;
     std::optional<std::pair<int, FilePlace>> resumedAt_;
 };

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <limits>
 #include <memory>
 
@@ -36,8 +37,9 @@ public:
     void ReadOn() {
         BulkPosition position;
         do {
+            const std::uint64_t limit = std::min(count_, core_.rowLimit);
             PlainRows<3> rows(core_.lexer);
-            while (read_ < count_ && rows.Look()) {
+            while (read_ < limit && rows.Look()) {
                 points_[read_++] = ToPoint(rows.Field(0), rows.Field(1), rows.Field(2));
                 rows.Accept();
             }
