@@ -40,8 +40,8 @@ private:
     /// Reads rows of the common kind for as long as they follow one another.
     void ReadPlainRows() {
         PlainRows<4> rows(core_.lexer);
-        while (read_ < count_ && rows.Look() && materials_.Known(rows.Fourth())) {
-            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Fourth()]);
+        while (read_ < count_ && rows.Look() && materials_.Known(rows.Material())) {
+            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Material()]);
             rows.Accept();
             double coefficient = 0.0;
             if (!rows.TakeNumber(coefficient)) {
