@@ -1,8 +1,11 @@
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
 
+#include <Orvalo3DReader/Check/CheckModel.h>
+#include <Orvalo3DReader/Check/Rules.h>
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Model/Model.h>
 #include <Orvalo3DReader/Reader/ReadError.h>
@@ -114,6 +117,30 @@ std::string Read(const Files& files, bool cubesOnly, bool doublePrecision, std::
     return support::ShowModel(model);
 }
 
+/// The first error of a check is the one that reading ends with, and there is none in a model that reads.
+void CheckFindings(const Files& files) {
+    const std::vector<Diagnostic> found = orvalo::CheckModel(files.Path(0));
+    Check(found.size() < 100 * 1000, "findings are bounded");
+    const auto first =
+        std::find_if(found.begin(), found.end(), [](const Diagnostic& d) { return d.severity == Severity::Error; });
+    Model model;
+    try {
+        ModelReader(files.Path(0), false).Execute(model, true);
+        Check(first == found.end(), "a model that reads has no error");
+    } catch (const ReadError& failure) {
+        Check(first != found.end(), "a model that does not read has an error");
+        Check(first->code == failure.code(), "the first error is the reader's");
+        Check(first->place == failure.Place(), "the first error is where the reader's is");
+        Check(failure.what().ends_with(first->message), "the first error says what the reader's does");
+    }
+    for (const Diagnostic& diagnostic : found) {
+        Check(FindRule(diagnostic.rule.c_str()) != nullptr, "a finding names its rule");
+        if (diagnostic.place.Known()) CheckPlace(files, diagnostic.place);
+        for (const Note& note : diagnostic.notes) CheckPlace(files, note.place);
+        for (const Fix& fix : diagnostic.fixes) CheckPlace(files, fix.place);
+    }
+}
+
 }  // namespace
 
 // Bounds what a generated table may take (libFuzzer itself takes 20 MiB), and makes the allocator fail as it does
@@ -133,5 +160,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Check(Read(files, false, true, usual) == Read(files, false, true, tiny), "the buffer does not matter");
     Check(Read(files, true, true, usual) == Read(files, true, true, tiny), "the buffer does not matter to cubes");
     Read(files, false, false, usual);
+    CheckFindings(files);
     return 0;
 }

@@ -78,8 +78,11 @@ void ExplainWord(Diagnostic& diagnostic, ErrorCollector& errors) {
 void ExplainKeyword(Diagnostic& diagnostic, ErrorCollector& errors) {
     const ReaderCore& core = errors.Core();
     if (!core.expected || ExplainNeighbours(diagnostic, errors)) return;
-    if (core.AtSection()) {
-        AddExpected(diagnostic, errors, *core.expected);
+    const bool keyword = core.token.type == TokenType::Keyword;
+    const bool misspeltSection =
+        keyword && !core.expected->Nearest(core.token.text) && WordList(sections).Nearest(core.token.text).has_value();
+    if (core.AtSection() || misspeltSection) {
+        AddExpected(diagnostic, errors, misspeltSection ? WordList(sections) : *core.expected);
         return ExplainMissingEnd(diagnostic, errors);
     }
     const auto& open = errors.CurrentSection();

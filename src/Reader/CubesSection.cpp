@@ -69,8 +69,8 @@ private:
         double* temperature = temperature_;
         RowBounds bounds = bounds_;
         bool complete = true;
-        while (complete && read < limit && rows.Look() && materials_.Known(rows.Fourth())) {
-            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Fourth()]);
+        while (complete && read < limit && rows.Look() && materials_.Known(rows.Material())) {
+            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Material()]);
             StoreCube(record, packed);
             record += cubeStride;
             bounds.Add(packed);

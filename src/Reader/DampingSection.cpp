@@ -51,8 +51,8 @@ private:
     void ReadPlainRows() {
         PlainRows<4> rows(core_.lexer);
         const std::uint64_t limit = std::min(count_, core_.rowLimit);
-        while (read_ < limit && rows.Look() && materials_.Known(rows.Fourth())) {
-            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Fourth()]);
+        while (read_ < limit && rows.Look() && materials_.Known(rows.Material())) {
+            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Material()]);
             rows.Accept();
             double coefficient = 0.0;
             if (!rows.TakeNumber(coefficient)) {

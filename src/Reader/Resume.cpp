@@ -69,9 +69,10 @@ bool ReaderCore::ResumeAmong(const WordList& words, bool unknownKeyword) {
     } else if (isWord() && !again) {
         return true;
     }
+    const auto maySection = [&] { return token.type == TokenType::Keyword && WordList(sections).Nearest(token.text); };
     do {
         NextReadableToken();
-    } while (!isWord() && !AtSection());
+    } while (!isWord() && !AtSection() && !maySection());
     return true;
 }
 
