@@ -94,6 +94,29 @@ bool IsRegularFile(const std::string& path) noexcept {
     return path.find('\0') == std::string::npos && ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
+std::string WhyUnreadable(const std::string& path) {
+    struct stat status {};
+    int problem = ::stat(path.c_str(), &status) != 0 ? errno : 0;
+    if (problem == 0 && S_ISDIR(status.st_mode)) problem = EISDIR;
+    if (problem == 0 && S_ISREG(status.st_mode)) {
+        InputFile file;
+        char byte = 0;
+        if (!file.Open(path) || !file.Read(&byte, 1)) problem = errno;
+    }
+    return problem == 0 ? std::string() : std::generic_category().message(problem);
+}
+
+std::vector<std::string> FilesIn(const std::string& directory) {
+    constexpr std::size_t most = 5000;
+    std::vector<std::string> names;
+    std::error_code error;
+    std::filesystem::directory_iterator entry(directory, error);
+    for (; !error && entry != std::filesystem::directory_iterator() && names.size() < most; entry.increment(error)) {
+        names.push_back(entry->path().filename().string());
+    }
+    return names;
+}
+
 std::optional<std::string> AbsolutePath(const std::string& path) {
     std::error_code error;
     std::filesystem::path base;

@@ -17,7 +17,7 @@
 #include <Orvalo3DReader/Check/Rules.h>
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Common/ReaderMessages.h>
-#include <Orvalo3DReader/Reader/ResultsReader.h>
+#include <Orvalo3DReader/Reader/ReadResults.h>
 
 #include "DeclaredCubes.h"
 #include "ProgressBar.h"
@@ -73,7 +73,7 @@ std::vector<Diagnostic> CheckAsModel(const Input& input, orvalo::CheckOptions op
 std::vector<Diagnostic> CheckAsResults(const Input& input, const orvalo::CheckOptions& options) {
     const ProgressBar bar(input.Name(), [] { return ProgressBar::State{}; });
     std::vector<Diagnostic> found = orvalo::CheckResults(input.Path(), options);
-    if (found.empty()) delete orvalo::ResultsReader(input.Path()).Execute();
+    if (found.empty()) orvalo::ReadResults(input.Path());
     return found;
 }
 

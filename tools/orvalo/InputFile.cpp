@@ -12,8 +12,8 @@
 #include <vector>
 
 #include <Orvalo3DReader/Common/Exception.h>
-#include <Orvalo3DReader/Reader/Reader.h>
-#include <Orvalo3DReader/Reader/ResultsReader.h>
+#include <Orvalo3DReader/Reader/ReadModel.h>
+#include <Orvalo3DReader/Reader/ReadResults.h>
 
 #include "DeclaredCubes.h"
 #include "IncludedFiles.h"
@@ -44,38 +44,37 @@ bool CanBeReadTwice(const std::string& path) {
 }
 
 void ReadModel(InputFile& file, bool cubesOnly) {
-    const std::string& path = file.checked.input.Path();
+    const Input& input = file.checked.input;
     unsigned long long cubesRead = 0;
-    const std::uint64_t declared = IsTerminal(stderr) ? DeclaredCubes(path) : 0;
-    auto model = std::make_unique<orvalo::Model>();
-    orvalo::Reader reader(path, cubesOnly);
-    reader.TraceCurrentCube(&cubesRead);
-    const ProgressBar bar(file.checked.input.Name(), [&] {
+    const std::uint64_t declared = IsTerminal(stderr) ? DeclaredCubes(input.Path()) : 0;
+    orvalo::ReadOptions options;
+    options.cubesOnly = cubesOnly;
+    options.cubesRead = &cubesRead;
+    const ProgressBar bar(input.Name(), [&] {
         return ProgressBar::State{std::atomic_ref(cubesRead).load(std::memory_order_relaxed), declared};
     });
     try {
         const Stopwatch stopwatch(file.seconds);
-        reader.Execute(model.get(), true);
-        file.model = std::move(model);
-    } catch (const orvalo::Exception& exception) {
-        file.checked.Add(exception);
-        file.checked.diagnostics.back().place = reader.FailurePlace();
-        file.checked.diagnostics.back().row = reader.FailureRow();
+        file.model = std::make_unique<orvalo::Model>(orvalo::ReadModel(input.Path(), options));
+    } catch (const orvalo::ReadError& error) {
+        file.checked.Add(error);
+        file.checked.diagnostics.back().place = error.Place();
+        file.checked.diagnostics.back().row = error.Row();
     }
 }
 
 void ReadResults(InputFile& file) {
     const Input& input = file.checked.input;
     float percent = 0.0F;
-    orvalo::ResultsReader reader(input.Path());
-    reader.TraceProgress(&percent);
+    orvalo::ReadOptions options;
+    options.percentRead = &percent;
     const ProgressBar bar(input.Name(), [&] {
         const float done = std::atomic_ref(percent).load(std::memory_order_relaxed);
         return ProgressBar::State{static_cast<std::uint64_t>(done), 100};
     });
     try {
         const Stopwatch stopwatch(file.seconds);
-        file.results.reset(reader.Execute());
+        file.results = orvalo::ReadResults(input.Path(), options);
     } catch (const orvalo::Exception&) {
         Check(file.checked, CheckSettings());
     }

@@ -1,0 +1,32 @@
+#include <set>
+
+#include "Check/Warnings.h"
+
+namespace orvalo {
+
+void WarnOfNumbers(Warnings& warnings) {
+    constexpr std::size_t shownDigits = 40;
+    // What is refused need not be told of.
+    std::set<std::pair<int, std::uint64_t>> refused;
+    for (const PlacedDiagnostic& error : warnings.Diagnostics()) {
+        refused.emplace(error.place.file, error.place.place.offset);
+    }
+    for (const ChangedNumber& number : warnings.Record().changedNumbers) {
+        if (refused.count({number.place.file, number.place.place.offset}) != 0) continue;
+        const bool wrapped = number.change == NumberChange::Wrapped;
+        const std::string taken = std::to_string(number.taken);
+        std::string written = warnings.TokenAt(number.place);
+        const std::uint64_t length = written.size();
+        if (written.size() > shownDigits) written = written.substr(0, shownDigits) + "...";
+        const std::string message =
+            number.more > 0 ? std::to_string(number.more) + " more of these in this section."
+            : wrapped       ? "The number " + written + " does not fit 32 bits and is read as " + taken + '.'
+                            : "A whole number is due here: " + written + " is cut off to " + taken + '.';
+        Diagnostic& added =
+            warnings.Add(wrapped ? "wrapped-number" : "truncated-fraction", number.place, length, message);
+        added.row = number.row;
+        if (!wrapped && number.more == 0 && length > 0) added.fixes.push_back({added.place, length, taken});
+    }
+}
+
+}  // namespace orvalo
