@@ -1,7 +1,7 @@
 #include "ModelChecks.h"
 
+#include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <string_view>
 
 #include "Check.h"
@@ -10,10 +10,8 @@ namespace orvalo::fuzz {
 
 namespace {
 
-constexpr std::size_t cubeStride = 7;
-constexpr std::size_t dampingCubeStride = 15;
-
-bool Holds(const Bounds& bounds, const Cube& cube) {
+template <class Record>
+bool Holds(const Bounds& bounds, const Record& cube) {
     return bounds.defined && cube.x >= bounds.minX && cube.x <= bounds.maxX && cube.y >= bounds.minY &&
            cube.y <= bounds.maxY && cube.z >= bounds.minZ && cube.z <= bounds.maxZ;
 }
@@ -26,22 +24,22 @@ bool IsZero(const unsigned char* bytes, std::size_t size) {
 }
 
 /// How many of the records hold a row: those behind them stay zero, and no row has material 0.
-std::size_t CheckRecords(const unsigned char* records, std::size_t count, std::size_t stride, const Model& model,
-                         bool cubesOnly) {
+template <class Record>
+std::size_t CheckRecords(const unsigned char* bytes, RecordRange<Record> records, const Model& model, bool cubesOnly) {
     // A count that the file merely claims is address space that nobody should walk.
     constexpr std::size_t most = 4096;
-    Check(count == 0 || records != nullptr, "a count has its records");
+    constexpr std::size_t size = Packing<Record>::size;
+    const std::size_t shown = std::min(records.size(), most);
     std::size_t read = 0;
-    for (; read < std::min(count, most); ++read) {
-        Cube cube;
-        std::memcpy(static_cast<void*>(&cube), records + read * stride, cubeStride);
+    for (; read < shown; ++read) {
+        const Record cube = records[read];
         if (cube.material == 0) break;
         Check(cubesOnly || cube.material < model.materials.Count(), "a material is defined");
         Check(Holds(model.bounds, cube), "the bounds hold every cube");
         Check(cube.x >= 0 && cube.y >= 0 && cube.z >= 0, "coordinates of rows are not negative");
     }
-    for (std::size_t i = read; i < std::min(count, most); ++i) {
-        Check(IsZero(records + i * stride, stride), "records without a row are zero");
+    for (std::size_t i = read; i < shown; ++i) {
+        Check(IsZero(bytes + i * size, size), "records without a row are zero");
     }
     return read;
 }
@@ -54,6 +52,7 @@ void CheckTables(const std::map<int, std::shared_ptr<Table>>& tables, bool doubl
         Check(table->doublePrecision == doublePrecision && table->elementSize == (doublePrecision ? 8 : 4),
               "a table has the precision asked for");
         Check(table->data != nullptr, "a table has its samples");
+        Check(table->Doubles().size() + table->Floats().size() == table->count, "samples are of one type");
         if (table->count == 0) continue;
         // The sanitizer sees whether the last one is there.
         static_cast<void>(table->Get(0));
@@ -73,8 +72,10 @@ void CheckActuator(const Actuator& actuator, const Model& model) {
     const auto found = model.tables.find(actuator.tableId);
     Check(found != model.tables.end() && actuator.table == found->second.get(), "an actuator has its table");
     Check(actuator.shared.id == -1 && actuator.start <= 0, "an actuator has no ID and a negated start");
-    Check(actuator.input == 0 || (actuator.input == 1 && actuator.tableId > 0), "an actuator by wave names its table");
-    Check(actuator.method == 1 || actuator.method == 2, "an actuator has a method");
+    Check(actuator.input == ActuatorInputDefinition || (actuator.input == ActuatorInputWave && actuator.tableId > 0),
+          "an actuator by wave names its table");
+    Check(actuator.method == ActuatorMethodForce || actuator.method == ActuatorMethodAbsolute,
+          "an actuator has a method");
 }
 
 void CheckPiezo(const Piezo& piezo, bool doublePrecision, double timeStep) {
@@ -96,7 +97,8 @@ void CheckPiezo(const Piezo& piezo, bool doublePrecision, double timeStep) {
 template <class Output>
 void CheckOutput(int id, const Output& output) {
     Check(id >= 1 && output.shared.id == id, "an output is filed by its ID");
-    Check(output.file.fileFormat != 1 || output.file.writeMode != 2, "no MAT-file is appended to");
+    Check(output.file.fileFormat != FileFormatMat || output.file.writeMode != FileWriteModeAppend,
+          "no MAT-file is appended to");
     CheckText(output.output);
     CheckText(output.file.fileName);
 }
@@ -105,8 +107,10 @@ void CheckOutput(int id, const Output& output) {
 
 void CheckModel(const Model& model, bool cubesOnly, bool doublePrecision) {
     const Cubes& cubes = model.cubes;
-    CheckRecords(cubes.CubesPtr(), cubes.CubesCount(), cubeStride, model, cubesOnly);
-    CheckRecords(cubes.DampingCubesPtr(), cubes.DampingCubesCount(), dampingCubeStride, model, cubesOnly);
+    Check(cubes.Records().size() == cubes.CubesCount() && cubes.DampingRecords().size() == cubes.DampingCubesCount(),
+          "a count has its records");
+    CheckRecords(cubes.CubesPtr(), cubes.Records(), model, cubesOnly);
+    CheckRecords(cubes.DampingCubesPtr(), cubes.DampingRecords(), model, cubesOnly);
     Check(cubes.CubesCount() > 0, "a model has cubes");
     if (cubesOnly) {
         Check(model.actuators.empty() && model.tables.empty() && model.sets.empty() && model.piezos.empty() &&

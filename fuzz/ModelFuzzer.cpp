@@ -5,6 +5,7 @@
 
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Model/Model.h>
+#include <Orvalo3DReader/Reader/ReadError.h>
 
 #include "Catalogue.h"
 #include "Check.h"
@@ -79,15 +80,16 @@ std::string_view CheckHead(const Files& files, const Exception& failure, const I
     // A directory can be opened, and then not be read.
     const bool isDirectory = failure.code() == 104 && (name == "." || name == "..");
     Check(isDirectory || files.Find(name) != nullptr, "a message names a file that was read");
-    Check(!place.path.empty(), "a located message has its true place");
+    Check(place.Known(), "a located message has its true place");
     return text.substr(end + 2);
 }
 
-void CheckFailure(const Files& files, Exception& failure, const InputPlace& place) {
-    Check(failure.code() >= 102 && failure.code() <= 183, "the code is one of model files");
+void CheckFailure(const Files& files, ReadError& failure) {
+    const InputPlace& place = failure.Place();
+    Check(MayEndModel(failure.code()), "the code is one of model files");
     const std::string_view text = CheckHead(files, failure, place);
     Check(fuzz::IsCatalogueText(failure.code(), text), "the text is the catalogue's");
-    if (!place.path.empty()) CheckPlace(files, place);
+    if (place.Known()) CheckPlace(files, place);
     Check(failure.line() > 0 && !failure.file().empty(), "the source place is told");
     Check(failure.description().find(failure.what()) == 0, "the description begins with the message");
 }
@@ -100,13 +102,13 @@ std::string Read(const Files& files, bool cubesOnly, bool doublePrecision, std::
     reader.TraceCurrentCube(&cubes);
     try {
         reader.Execute(model, doublePrecision);
-    } catch (Exception& failure) {
-        const InputPlace& place = reader.FailurePlace();
-        CheckFailure(files, failure, place);
-        return failure.description() + '|' + place.path + '|' + std::to_string(place.offset) + '|' +
-               std::to_string(reader.FailureRow()) + '|' + std::to_string(cubes);
+    } catch (ReadError& failure) {
+        CheckFailure(files, failure);
+        Check(reader.FailurePlace() == failure.Place() && reader.FailureRow() == failure.Row(), "both tell one place");
+        return failure.description() + '|' + failure.Place().path + '|' + std::to_string(failure.Place().offset) + '|' +
+               std::to_string(failure.Row()) + '|' + std::to_string(cubes);
     }
-    Check(reader.FailureRow() == 0 && reader.FailurePlace().path.empty(), "success has no place");
+    Check(reader.FailureRow() == 0 && !reader.FailurePlace().Known(), "success has no place");
     Check(cubes <= model.cubes.CubesCount() || cubesOnly, "no more cubes were traced than there are");
     fuzz::CheckModel(model, cubesOnly, doublePrecision);
     return support::ShowModel(model);

@@ -92,10 +92,8 @@ inline void Query(const Results& results) {
 }
 
 inline void CheckError(const Exception& error) {
-    const int code = error.code();
-    Check(code == 102 || (code >= 200 && code <= 211) || (code >= 306 && code <= 308),
-          "the code is one of results files");
-    Check(IsCatalogueText(code, error.what()), "the text is the catalogue's");
+    Check(MayEndResults(error.code()), "the code is one of results files");
+    Check(IsCatalogueText(error.code(), error.what()), "the text is the catalogue's");
 }
 
 inline void Run(const std::uint8_t* data, std::size_t size) {

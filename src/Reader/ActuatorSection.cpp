@@ -1,5 +1,7 @@
 #include "Common/Raise.h"
+#include "Model/CodeWords.h"
 #include "Reader/PointShape.h"
+#include "Reader/Properties.h"
 #include "Reader/Sections.h"
 #include "Reader/StartSteps.h"
 
@@ -7,157 +9,112 @@ namespace orvalo {
 
 namespace {
 
-constexpr const char* keywords =
-    "end.enabled.shape.position.input.start.table.type.method.direction.waveform.envelope.frequency.duration.phase."
-    "amplitude.factoru.factorv.factorw.processing.";
-enum Keyword : unsigned int {
-    End,
-    Enabled,
-    Shape,
-    Position,
-    Input,
-    Start,
-    TableID,
-    Type,
-    Method,
-    Direction,
-    Waveform,
-    Envelope,
-    Frequency,
-    Duration,
-    Phase,
-    Amplitude,
-    FactorU,
-    FactorV,
-    FactorW,
-    Processing,
+struct ActuatorReading {
+    Actuator actuator;
+    Model& model;
 };
 
-constexpr int inputWave = 1;
+// An actuator is driven by a table or by a waveform that is defined here.
+constexpr int wave = 1;
+constexpr Need forWave = 2;
+constexpr Need forDefinition = 4;
 
-/// A set of properties, one bit per keyword.
-using Properties = std::uint32_t;
+struct Direction {
+    std::string_view word;
+    bool u;
+    bool v;
+    bool w;
+};
+constexpr Direction directions[] = {
+    {"u", true, false, false}, {"v", false, true, false}, {"w", false, false, true}, {"all", true, true, true}};
+static_assert(HasWords(directions));
 
-constexpr Properties Bit(unsigned int keyword) {
-    return Properties{1} << keyword;
-}
-
-constexpr Properties obligatoryAlways = Bit(Shape) | Bit(Position) | Bit(Input) | Bit(Method);
-constexpr Properties obligatoryForWave = obligatoryAlways | Bit(TableID);
-constexpr Properties obligatoryForDefinition =
-    obligatoryAlways | Bit(Type) | Bit(Waveform) | Bit(Envelope) | Bit(Frequency) | Bit(Duration) | Bit(Phase);
-
-/// Reads the component names from the current token on; the first keyword that is none ends them and stays current.
-void ReadDirection(ReaderCore& core, Actuator& actuator) {
+void ReadDirection(ReaderCore& core, ActuatorReading& reading) {
+    Actuator& actuator = reading.actuator;
     actuator.directionU = actuator.directionV = actuator.directionW = false;
     for (;; core.NextToken()) {
-        if (core.token.type != TokenType::Keyword) ORVALO_RAISE(ActuatorReader, ReaderMessages::ActuatorDirExpected);
-        const bool all = core.token.text == "all";
-        const bool u = all || core.token.text == "u";
-        const bool v = all || core.token.text == "v";
-        const bool w = all || core.token.text == "w";
-        if (!u && !v && !w) return;
-        actuator.directionU |= u;
-        actuator.directionV |= v;
-        actuator.directionW |= w;
+        const auto row = core.FindWord(directions, module::ActuatorReader, ReaderMessages::ActuatorDirExpected);
+        if (!row) return;
+        actuator.directionU |= directions[*row].u;
+        actuator.directionV |= directions[*row].v;
+        actuator.directionW |= directions[*row].w;
     }
 }
 
-int ReadTableID(const ReaderCore& core, Model& model, bool given) {
-    if (given) ORVALO_RAISE(SectionReader, ReaderMessages::TableIDAlreadySpecified);
-    const int id = core.ReadID();
-    model.requiredTables[id] = 0;
-    return id;
+void ReadTableID(ReaderCore& core, ActuatorReading& reading) {
+    if (reading.actuator.tableId != 0) ORVALO_RAISE(SectionReader, ReaderMessages::TableIDAlreadySpecified);
+    reading.actuator.tableId = core.ReadID();
+    reading.model.requiredTables[reading.actuator.tableId] = 0;
 }
 
-/// A word of `list` as its place in the list.
-int ReadCode(const ReaderCore& core, const char* list, const ExceptionMessage& message) {
-    return static_cast<int>(core.MatchKeyword(list, message));
+/// Reads a number into a member of the actuator.
+template <double Actuator::*factor>
+void ReadFactor(ReaderCore& core, ActuatorReading& reading) {
+    reading.actuator.*factor = core.ExpectNumber();
 }
 
-void ReadProperty(ReaderCore& core, unsigned int keyword, Properties given, Actuator& actuator, Model& model) {
-    Actuator::Definition& definition = actuator.definition;
-    switch (keyword) {
-        case Shape:
-            return CheckPointShape(core);
-        case Position:
-            actuator.shared.position = core.ReadCoordinates();
-            return;
-        case Input:
-            actuator.input = ReadCode(core, "definition.wave.", ReaderMessages::ActuatorInputExpected);
-            return;
-        case Start:
-            actuator.start = ReadStartSteps(core, model.timeStep);
-            return;
-        case TableID:
-            actuator.tableId = ReadTableID(core, model, (given & Bit(TableID)) != 0);
-            return;
-        case Type:
-            definition.type =
-                1 + ReadCode(core, "fullpulse.halfpulse.continuouswave.", ReaderMessages::ActuatorTypeExpected);
-            return;
-        case Method:
-            actuator.method = 1 + ReadCode(core, "force.absolute.", ReaderMessages::ActuatorMethodExpected);
-            return;
-        case Direction:
-            return ReadDirection(core, actuator);
-        case Waveform:
-            definition.waveform = 1 + ReadCode(core, "square.sine.gaussian.", ReaderMessages::ActuatorWaveformExpected);
-            return;
-        case Envelope:
-            definition.envelope = ReadCode(core, "none.hannwindow.", ReaderMessages::ActuatorEnvelopeExpected);
-            return;
-        case Frequency:
-            definition.frequency = core.ExpectAtLeast(0.0);
-            return;
-        case Duration:
-            definition.duration = core.ExpectGreaterThan(0.0);
-            return;
-        case Phase:
-            definition.phase = core.ExpectNumber();
-            return;
-        case Amplitude:
-            actuator.amplitude = core.ExpectNumber();
-            return;
-        case FactorU:
-            actuator.factorU = core.ExpectNumber();
-            return;
-        case FactorV:
-            actuator.factorV = core.ExpectNumber();
-            return;
-        case FactorW:
-            actuator.factorW = core.ExpectNumber();
-            return;
-        default:
-            actuator.invert = ReadCode(core, "none.invert.", ReaderMessages::ActuatorProcesngExpected) == 1;
-            return;
-    }
-}
+constexpr Property<ActuatorReading> properties[] = {
+    {"end", "END", Takes::Nothing},
+    {"enabled", "Enabled", Takes::Switch},
+    {"shape", "Shape", Takes::Value, always, [](ReaderCore& core, ActuatorReading&) { CheckPointShape(core); }},
+    {"position", "Position", Takes::Value, always,
+     [](ReaderCore& core, ActuatorReading& r) { r.actuator.shared.position = core.ReadCoordinates(); }},
+    {"input", "Input", Takes::Value, always,
+     [](ReaderCore& core, ActuatorReading& r) {
+         r.actuator.input = core.ReadCode(actuatorInputs, ReaderMessages::ActuatorInputExpected);
+     }},
+    {"start", "Start", Takes::Value, optional,
+     [](ReaderCore& core, ActuatorReading& r) { r.actuator.start = ReadStartSteps(core, r.model.timeStep); }},
+    {"table", "Table", Takes::Value, forWave, ReadTableID},
+    {"type", "Type", Takes::Value, forDefinition,
+     [](ReaderCore& core, ActuatorReading& r) {
+         r.actuator.definition.type = core.ReadCode(actuatorTypes, ReaderMessages::ActuatorTypeExpected);
+     }},
+    {"method", "Method", Takes::Value, always,
+     [](ReaderCore& core, ActuatorReading& r) {
+         r.actuator.method = core.ReadCode(excitationMethods, ReaderMessages::ActuatorMethodExpected);
+     }},
+    {"direction", "Direction", Takes::Words, optional, ReadDirection},
+    {"waveform", "Waveform", Takes::Value, forDefinition,
+     [](ReaderCore& core, ActuatorReading& r) {
+         r.actuator.definition.waveform = core.ReadCode(actuatorWaveforms, ReaderMessages::ActuatorWaveformExpected);
+     }},
+    {"envelope", "Envelope", Takes::Value, forDefinition,
+     [](ReaderCore& core, ActuatorReading& r) {
+         r.actuator.definition.envelope = core.ReadCode(actuatorEnvelopes, ReaderMessages::ActuatorEnvelopeExpected);
+     }},
+    {"frequency", "Frequency", Takes::Value, forDefinition,
+     [](ReaderCore& core, ActuatorReading& r) { r.actuator.definition.frequency = core.ExpectAtLeast(0.0); }},
+    {"duration", "Duration", Takes::Value, forDefinition,
+     [](ReaderCore& core, ActuatorReading& r) { r.actuator.definition.duration = core.ExpectGreaterThan(0.0); }},
+    {"phase", "Phase", Takes::Value, forDefinition,
+     [](ReaderCore& core, ActuatorReading& r) { r.actuator.definition.phase = core.ExpectNumber(); }},
+    {"amplitude", "Amplitude", Takes::Value, optional, ReadFactor<&Actuator::amplitude>},
+    {"factoru", "FactorU", Takes::Value, optional, ReadFactor<&Actuator::factorU>},
+    {"factorv", "FactorV", Takes::Value, optional, ReadFactor<&Actuator::factorV>},
+    {"factorw", "FactorW", Takes::Value, optional, ReadFactor<&Actuator::factorW>},
+    {"processing", "Processing", Takes::Value, optional,
+     [](ReaderCore& core, ActuatorReading& r) {
+         r.actuator.invert = core.ReadCode(actuatorProcessings, ReaderMessages::ActuatorProcesngExpected) == 1;
+     }},
+};
+static_assert(IsComplete(properties));
 
 }  // namespace
 
-bool ReadActuatorSection(ReaderCore& core, Actuator& actuator, Model& model) {
-    Properties given = 0;
-    core.NextToken();
-    for (;;) {
-        const unsigned int keyword = core.MatchKeyword(keywords, ReaderMessages::UnknownKeyword);
-        if (keyword == End) break;
-        core.NextValue();
-        if (keyword == Enabled) {
-            if (!core.ReadEnabled()) {
-                core.NextToken();
-                core.SkipToEnd();
-                return false;
-            }
-        } else {
-            ReadProperty(core, keyword, given, actuator, model);
-        }
-        given |= Bit(keyword);
-        if (keyword != Direction) core.NextToken();
+WordList ActuatorWords() {
+    return properties;
+}
+
+void ReadActuatorSection(ReaderCore& core, const ModelReading& reading) {
+    ActuatorReading own{{}, reading.model};
+    PropertySet given;
+    if (!ReadProperties(core, properties, own, given)) return core.SkipToEnd();
+    const Need driven = own.actuator.input == wave ? forWave : forDefinition;
+    if (given.Missing(properties, always | driven) != nullptr) {
+        ORVALO_RAISE(SectionReader, ReaderMessages::ObligatoryPropNotDefined);
     }
-    const Properties obligatory = actuator.input == inputWave ? obligatoryForWave : obligatoryForDefinition;
-    if ((given & obligatory) != obligatory) ORVALO_RAISE(SectionReader, ReaderMessages::ObligatoryPropNotDefined);
-    return true;
+    reading.model.actuators.push_back(own.actuator);
 }
 
 }  // namespace orvalo

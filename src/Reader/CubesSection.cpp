@@ -1,12 +1,12 @@
-#include <atomic>
 #include <limits>
-#include <optional>
 
+#include "Common/Publish.h"
 #include "Common/Raise.h"
 #include "Model/CubeRecords.h"
 #include "Reader/BulkRows.h"
 #include "Reader/ModelAccess.h"
 #include "Reader/PlainRows.h"
+#include "Reader/Properties.h"
 #include "Reader/RowBounds.h"
 #include "Reader/Sections.h"
 
@@ -14,20 +14,17 @@ namespace orvalo {
 
 namespace {
 
-constexpr const char* keywords = "end.count.format.data.init.";
-enum Keyword { End, Count, Format, Data, Init };
-
 /// Fills the grid with the rows of a `data` block.
 class CubeRows {
 public:
-    CubeRows(ReaderCore& core, Model& model, const GridReading& reading)
+    CubeRows(ReaderCore& core, const ModelReading& reading)
         : core_(core),
-          materials_(model.materials, reading.cubesOnly),
-          modelBounds_(model.bounds),
+          materials_(reading.model.materials, reading.cubesOnly),
+          modelBounds_(reading.model.bounds),
           progress_(reading.progress),
-          count_(model.cubes.CubesCount()),
-          record_(model.cubes.CubesPtr()),
-          temperature_(model.cubes.TemperaturesPtr()) {}
+          count_(reading.model.cubes.CubesCount()),
+          record_(reading.model.cubes.CubesPtr()),
+          temperature_(reading.model.cubes.TemperaturesPtr()) {}
 
     CubeRows(const CubeRows&) = delete;
     CubeRows& operator=(const CubeRows&) = delete;
@@ -58,8 +55,8 @@ private:
         double* temperature = temperature_;
         RowBounds bounds = bounds_;
         bool complete = true;
-        while (complete && read < count_ && rows.Look() && materials_.Known(rows.Fourth())) {
-            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Fourth()]);
+        while (complete && read < count_ && rows.Look() && materials_.Known(rows.Material())) {
+            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Material()]);
             StoreCube(record, packed);
             record += cubeStride;
             bounds.Add(packed);
@@ -106,11 +103,6 @@ private:
         Publish(progress_, ++read_);
     }
 
-    static void Publish(unsigned long long* progress, std::uint64_t read) {
-        // Not to be gathered into one store at the end: the caller watches it from another thread.
-        if (progress != nullptr) std::atomic_ref(*progress).store(read, std::memory_order_relaxed);
-    }
-
     ReaderCore& core_;
     BulkMaterials materials_;
     Bounds& modelBounds_;
@@ -128,42 +120,45 @@ bool ReadFormat(const ReaderCore& core) {
     return *format == 1;
 }
 
-void CheckPrerequisites(bool countGiven, bool formatGiven) {
-    if (!countGiven) ReaderCore::RaiseObligatoryMissing("Count");
-    if (!formatGiven) ReaderCore::RaiseObligatoryMissing("Format");
+struct CubesReading {
+    const ModelReading& model;
+    std::uint64_t count = 0;
+    bool withTemperatures = false;
+};
+
+void ReadRows(ReaderCore& core, CubesReading& reading) {
+    ModelAccess::AllocCubes(reading.model.model.cubes, reading.count, reading.withTemperatures);
+    CubeRows(core, reading.model).Read();
 }
+
+void RefuseInit(ReaderCore&, CubesReading&) {
+    ORVALO_RAISE(SectionReader, ReaderMessages::UnsupportedInitValues);
+}
+
+constexpr Property<CubesReading> properties[] = {
+    {"end", "END", Takes::Nothing},
+    {"count", "Count", Takes::Value, always,
+     [](ReaderCore& core, CubesReading& reading) {
+         reading.count = ReadBulkCount(core, std::numeric_limits<std::int64_t>::max());
+     }},
+    {"format", "Format", Takes::Value, always,
+     [](ReaderCore& core, CubesReading& reading) { reading.withTemperatures = ReadFormat(core); }},
+    {"data", "Data", Takes::Rows, always, ReadRows},
+    {"init", "Init", Takes::Block, optional, RefuseInit},
+};
+static_assert(IsComplete(properties));
 
 }  // namespace
 
-void ReadCubesSection(ReaderCore& core, Model& model, const GridReading& reading) {
-    std::optional<std::uint64_t> count;
-    std::optional<bool> withTemperatures;
-    bool dataGiven = false;
-    for (;;) {
-        core.NextToken();
-        switch (core.MatchKeyword(keywords, ReaderMessages::UnknownKeyword)) {
-            case Count:
-                core.NextValue();
-                count = ReadBulkCount(core, std::numeric_limits<std::int64_t>::max());
-                break;
-            case Format:
-                core.NextValue();
-                withTemperatures = ReadFormat(core);
-                break;
-            case Data:
-                CheckPrerequisites(count.has_value(), withTemperatures.has_value());
-                ModelAccess::AllocCubes(model.cubes, *count, *withTemperatures);
-                CubeRows(core, model, reading).Read();
-                dataGiven = true;
-                break;
-            case Init:
-                ORVALO_RAISE(SectionReader, ReaderMessages::UnsupportedInitValues);
-            default:
-                CheckPrerequisites(count.has_value(), withTemperatures.has_value());
-                if (!dataGiven) ReaderCore::RaiseObligatoryMissing("Data");
-                return;
-        }
-    }
+WordList CubesWords() {
+    return properties;
+}
+
+void ReadCubesSection(ReaderCore& core, const ModelReading& reading) {
+    CubesReading own{reading};
+    PropertySet given;
+    ReadProperties(core, properties, own, given);
+    given.Require(properties);
 }
 
 }  // namespace orvalo

@@ -1,12 +1,12 @@
 #include <cstring>
 #include <limits>
-#include <optional>
 
 #include "Common/Raise.h"
 #include "Model/CubeRecords.h"
 #include "Reader/BulkRows.h"
 #include "Reader/ModelAccess.h"
 #include "Reader/PlainRows.h"
+#include "Reader/Properties.h"
 #include "Reader/RowBounds.h"
 #include "Reader/Sections.h"
 
@@ -14,18 +14,15 @@ namespace orvalo {
 
 namespace {
 
-constexpr const char* keywords = "end.count.data.";
-enum Keyword { End, Count, Data };
-
 /// Fills the damping cubes with the rows of a `data` block.
 class DampingRows {
 public:
-    DampingRows(ReaderCore& core, Model& model, const GridReading& reading)
+    DampingRows(ReaderCore& core, const ModelReading& reading)
         : core_(core),
-          materials_(model.materials, reading.cubesOnly),
-          modelBounds_(model.bounds),
-          count_(model.cubes.DampingCubesCount()),
-          record_(model.cubes.DampingCubesPtr()) {}
+          materials_(reading.model.materials, reading.cubesOnly),
+          modelBounds_(reading.model.bounds),
+          count_(reading.model.cubes.DampingCubesCount()),
+          record_(reading.model.cubes.DampingCubesPtr()) {}
 
     DampingRows(const DampingRows&) = delete;
     DampingRows& operator=(const DampingRows&) = delete;
@@ -43,8 +40,8 @@ private:
     /// Reads rows of the common kind for as long as they follow one another.
     void ReadPlainRows() {
         PlainRows<4> rows(core_.lexer);
-        while (read_ < count_ && rows.Look() && materials_.Known(rows.Fourth())) {
-            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Fourth()]);
+        while (read_ < count_ && rows.Look() && materials_.Known(rows.Material())) {
+            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Material()]);
             rows.Accept();
             double coefficient = 0.0;
             if (!rows.TakeNumber(coefficient)) {
@@ -90,30 +87,37 @@ private:
     unsigned char* record_;
 };
 
+struct DampingReading {
+    const ModelReading& model;
+    std::uint64_t count = 0;
+};
+
+void ReadRows(ReaderCore& core, DampingReading& reading) {
+    ModelAccess::AllocDampingCubes(reading.model.model.cubes, reading.count);
+    DampingRows(core, reading.model).Read();
+}
+
+constexpr Property<DampingReading> properties[] = {
+    {"end", "END", Takes::Nothing},
+    {"count", "Count", Takes::Value, always,
+     [](ReaderCore& core, DampingReading& reading) {
+         reading.count = ReadBulkCount(core, std::numeric_limits<std::int64_t>::max());
+     }},
+    {"data", "Data", Takes::Rows, always, ReadRows},
+};
+static_assert(IsComplete(properties));
+
 }  // namespace
 
-void ReadDampingSection(ReaderCore& core, Model& model, const GridReading& reading) {
-    std::optional<std::uint64_t> count;
-    bool dataGiven = false;
-    for (;;) {
-        core.NextToken();
-        switch (core.MatchKeyword(keywords, ReaderMessages::UnknownKeyword)) {
-            case Count:
-                core.NextValue();
-                count = ReadBulkCount(core, std::numeric_limits<std::int64_t>::max());
-                break;
-            case Data:
-                if (!count) ReaderCore::RaiseObligatoryMissing("Count");
-                ModelAccess::AllocDampingCubes(model.cubes, *count);
-                DampingRows(core, model, reading).Read();
-                dataGiven = true;
-                break;
-            default:
-                if (!count) ReaderCore::RaiseObligatoryMissing("Count");
-                if (!dataGiven) ReaderCore::RaiseObligatoryMissing("Data");
-                return;
-        }
-    }
+WordList DampingWords() {
+    return properties;
+}
+
+void ReadDampingSection(ReaderCore& core, const ModelReading& reading) {
+    DampingReading own{reading};
+    PropertySet given;
+    ReadProperties(core, properties, own, given);
+    given.Require(properties);
 }
 
 }  // namespace orvalo

@@ -1,4 +1,3 @@
-#include "Common/Raise.h"
 #include "Reader/OutputSection.h"
 #include "Reader/Sections.h"
 
@@ -6,40 +5,48 @@ namespace orvalo {
 
 namespace {
 
-constexpr OutputProperty properties[] = {
-    OutputProperty::End,      OutputProperty::Enabled,   OutputProperty::ID,       OutputProperty::Output,
-    OutputProperty::FileName, OutputProperty::WriteMode, OutputProperty::Notation, OutputProperty::FileFormat,
+struct Component {
+    std::string_view word;
+    std::string_view codes;
 };
+constexpr Component components[] = {
+    {"u0", "u0"}, {"v0", "v0"}, {"w0", "w0"}, {"u1", "u1"}, {"v1", "v1"},
+    {"w1", "w1"}, {"u2", "u2"}, {"v2", "v2"}, {"w2", "w2"}, {"all", "u0v0w0u1v1w1u2v2w2"},
+};
+static_assert(HasWords(components));
 
-constexpr const char* allCodes = "u0v0w0u1v1w1u2v2w2";
-
-bool IsCode(const std::string& text) {
-    return text.size() == 2 && text[0] >= 'u' && text[0] <= 'w' && text[1] >= '0' && text[1] <= '2';
-}
-
-/// Two characters per component; `all` replaces what was gathered before it.
-std::string ReadCodes(ReaderCore& core) {
-    std::string codes;
+/// `all` replaces what was gathered before it.
+void ReadComponents(ReaderCore& core, Dump& dump) {
+    dump.output.clear();
     for (;; core.NextToken()) {
-        if (core.token.type != TokenType::Keyword) ORVALO_RAISE(OutputReader, ReaderMessages::DumpOutputExpected);
-        if (core.token.text == "all") {
-            codes = allCodes;
-        } else if (IsCode(core.token.text)) {
-            codes += core.token.text;
-        } else {
-            return codes;
-        }
+        const auto row = core.FindWord(components, module::OutputReader, ReaderMessages::DumpOutputExpected);
+        if (!row) return;
+        const Component& component = components[*row];
+        if (component.word == "all") dump.output.clear();
+        dump.output += component.codes;
     }
 }
 
-constexpr OutputGrammar grammar = {
-    "end.enabled.id.output.filename.writemode.notation.fileformat.", properties,
-    Bit(OutputProperty::ID) | Bit(OutputProperty::Output) | Bit(OutputProperty::FileName), ReadCodes};
+constexpr Property<Dump> properties[] = {
+    {"end", "END", Takes::Nothing},
+    {"enabled", "Enabled", Takes::Switch},
+    idProperty<Dump>,
+    {"output", "Output", Takes::Words, always, ReadComponents},
+    fileNameProperty<Dump>,
+    writeModeProperty<Dump>,
+    notationProperty<Dump>,
+    fileFormatProperty<Dump>,
+};
+static_assert(IsComplete(properties));
 
 }  // namespace
 
-bool ReadDumpSection(ReaderCore& core, Dump& dump) {
-    return ReadOutputSection(core, grammar, dump.shared, dump.output, dump.file);
+WordList DumpWords() {
+    return properties;
+}
+
+void ReadDumpSection(ReaderCore& core, const ModelReading& reading) {
+    ReadOutput(core, properties, reading.model.dumps, ReaderMessages::DumpIDReused);
 }
 
 }  // namespace orvalo

@@ -4,21 +4,18 @@
 #include <bit>
 #include <string_view>
 
-#include "Common/FastDecimal.h"
+#include "Common/Bytes.h"
 #include "Common/ParseNumber.h"
 #include "Common/Raise.h"
 #include "Reader/LexerTable.h"
 #include "Reader/PlainNumber.h"
+#include "Reader/ReportedPosition.h"
 
 namespace orvalo {
 
 namespace {
 
 using lexer::classOf;
-
-constexpr char ToLower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 /// How a path is compared with those opened before.
 std::string Folded(std::string path) {
@@ -33,12 +30,9 @@ bool MayBeginNumber(char byte) {
 
 /// How many bytes from `p` on neither end a comment nor move the reported position.
 std::size_t CommentRun(const char* p) {
-    constexpr std::uint64_t ones = 0x0101010101010101U;
     const char* const start = p;
     for (;; p += 8) {
-        const std::uint64_t word = LoadEight(p);
-        // Exact for the lowest byte below the limit, which is all that is asked.
-        const std::uint64_t below = (word - ones * positionStays) & ~word & (ones * 0x80);
+        const std::uint64_t below = BytesBelow(LoadEight(p), firstToHoldPosition);
         if (below != 0)
             return static_cast<std::size_t>(p - start) + static_cast<std::size_t>(std::countr_zero(below)) / 8;
     }
@@ -68,7 +62,7 @@ void TakeEquals(LexerFile& file, Token& token) {
 }
 
 /// One scan for a token: counts the bytes that it reads and moves the reported position. A line feed is counted when
-/// the byte behind it is read in the same scan, so one that ends a token is not.
+/// the byte after it is read in the same scan, so one that ends a token is not.
 class Scan {
 public:
     Scan(LexerFile& file, Lexer::Position& position) : file_(file), position_(position) {}
@@ -89,7 +83,7 @@ public:
     /// Counts and reads each byte of a comment up to what may end it.
     void SkipComment() {
         for (;;) {
-            if (previous_ >= positionStays) {
+            if (!MovesPosition(previous_)) {
                 const std::size_t left = static_cast<std::size_t>(file_.end - file_.cursor);
                 const std::size_t run = std::min(CommentRun(file_.cursor), left);
                 file_.cursor += run;
@@ -106,7 +100,7 @@ public:
     /// Counts and reads the bytes that only lengthen the token.
     void TakeRun(lexer::State state, std::string& text) {
         const unsigned int longer = lexer::lengthening[state];
-        if (longer == 0 || previous_ < positionStays) return;
+        if (longer == 0 || MovesPosition(previous_)) return;
         const char* const first = file_.cursor;
         const char* p = first;
         while ((longer >> classOf[static_cast<unsigned char>(*p)] & 1U) != 0) ++p;
@@ -150,7 +144,7 @@ void Lexer::OpenCompleted(const std::string& path) {
     // Files read to their end count too: a model includes a file once.
     if (!openedPaths_.insert(Folded(path)).second) ORVALO_RAISE(Lexer, ReaderMessages::RecursvieInclude);
     const int parent = current_ ? current_->index : -1;
-    files_.push_back(std::make_shared<LexerFile>(parent, static_cast<int>(files_.size()), path));
+    files_.push_back(std::make_shared<LexerFile>(parent, static_cast<int>(files_.size()), path, stopFlag));
     current_ = files_.back();
     current_->Open(bufferSize_);
 }
@@ -226,7 +220,9 @@ void Lexer::NextToken(Token& token) {
             current_ = files_[static_cast<std::size_t>(current_->parent)];
             continue;
         }
-        if (token.type != TokenType::Keyword || token.text != "include") return;
+        if (token.type != TokenType::Keyword) return;
+        stopFlag.Check();
+        if (token.text != "include") return;
         ReadRawToken(token);
         if (token.type != TokenType::String) ORVALO_RAISE(Lexer, ReaderMessages::IncludeFNameMissing);
         Open(token.text);

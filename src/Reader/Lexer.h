@@ -7,6 +7,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "Common/StopFlag.h"
 #include "Reader/LexerFile.h"
 #include "Reader/Token.h"
 
@@ -59,6 +60,9 @@ public:
 
     /// Ends with a separator; must be set before the first Open.
     std::string baseDirectory;
+    /// Looked at where a file is read on, and at every keyword: sections, and the buffers that they take, begin with
+    /// one.
+    StopFlag stopFlag;
     Position position;
 
 private:

@@ -4,20 +4,19 @@
 #include <new>
 #include <string_view>
 
-#include "Common/FastDecimal.h"
+#include "Common/Bytes.h"
 #include "Common/Raise.h"
 
 namespace orvalo {
 
 namespace {
 
-/// Where the line starts that goes on behind `text`: an offset in it, or npos when that line began before it. Lines
+/// Where the line that continues after `text` starts: an offset in it, or npos when the line began before it. Lines
 /// may be as long as a file, so eight bytes are looked at at once.
 std::size_t LastLineStart(std::string_view text) {
-    constexpr std::uint64_t ones = 0x0101010101010101U;
     while (text.size() >= 8) {
-        const std::uint64_t differences = LoadEight(text.data() + text.size() - 8) ^ ones * '\n';
-        if (((differences - ones) & ~differences & ones * 0x80) != 0) break;
+        const std::uint64_t differences = LoadEight(text.data() + text.size() - 8) ^ EightTimes('\n');
+        if (BytesBelow(differences, 1) != 0) break;
         text.remove_suffix(8);
     }
     const std::size_t lineFeed = text.rfind('\n');
@@ -53,6 +52,7 @@ unsigned char LexerFile::GetAtEnd() {
 
 bool LexerFile::Refill() {
     if (exhausted_) return false;
+    stop_.Check();
     if (markColumn_ == 0) markColumn_ = ColumnOf(markOffset_);
     const std::string_view done(Begin(), static_cast<std::size_t>(end - Begin()));
     if (const std::size_t start = LastLineStart(done); start != std::string_view::npos) {

@@ -8,6 +8,7 @@
 #include <Orvalo3DReader/Reader/InputPlace.h>
 
 #include "Common/Platform.h"
+#include "Common/StopFlag.h"
 
 namespace orvalo {
 
@@ -19,8 +20,8 @@ namespace orvalo {
 /// and a column is looked up only when an error asks.
 class LexerFile {
 public:
-    LexerFile(int parentFile, int ownIndex, std::string openedPath)
-        : parent(parentFile), index(ownIndex), path(std::move(openedPath)) {}
+    LexerFile(int parentFile, int ownIndex, std::string openedPath, StopFlag stop)
+        : parent(parentFile), index(ownIndex), path(std::move(openedPath)), stop_(stop) {}
 
     /// Opens the file to be read `bufferSize` bytes at a time. Throws ErrorOpeningInputFile and OutOfMemory.
     void Open(std::size_t bufferSize);
@@ -28,7 +29,7 @@ public:
     void Close() noexcept;
 
     /// The next byte. At the end of the file 0, as often as it is asked; a NUL byte ends the file. Throws
-    /// ErrorReadingInputFile.
+    /// ErrorReadingInputFile and Stopped.
     unsigned char Get() {
         const auto byte = static_cast<unsigned char>(*cursor);
         if (byte == 0) return GetAtEnd();
@@ -72,6 +73,7 @@ private:
     bool Refill();
     std::uint64_t ColumnOf(std::uint64_t offset) const noexcept;
 
+    StopFlag stop_;
     platform::InputFile stream_;
     bool exhausted_ = false;
     std::unique_ptr<char[]> buffer_;

@@ -5,6 +5,12 @@ namespace orvalo {
 
 namespace {
 
+/// The one word among numbers and names.
+struct Closing {
+    std::string_view word;
+};
+constexpr Closing words[] = {{"end"}};
+
 enum Format { WaveSpeeds, ElasticConstants, TemperatureCoefficients };
 
 void ReadTriplet(ReaderCore& core, double (&values)[3]) {
@@ -47,7 +53,12 @@ void ReadProperties(ReaderCore& core, std::int64_t format, Material& material) {
 
 }  // namespace
 
-void ReadMaterialsSection(ReaderCore& core, MaterialRepository& materials) {
+WordList MaterialsWords() {
+    return words;
+}
+
+void ReadMaterialsSection(ReaderCore& core, const ModelReading& reading) {
+    MaterialRepository& materials = reading.model.materials;
     for (;;) {
         core.NextToken();
         if (core.IsKeyword("end")) return;

@@ -1,12 +1,13 @@
 #include "Reader/ModelReader.h"
 
 #include <algorithm>
-#include <memory>
-#include <new>
-#include <stdexcept>
+#include <iterator>
+
+#include <Orvalo3DReader/Reader/ReadError.h>
 
 #include "Common/Platform.h"
 #include "Common/Raise.h"
+#include "Common/WithinMemory.h"
 #include "Reader/ExcitationTables.h"
 #include "Reader/ModelValidation.h"
 #include "Reader/Sections.h"
@@ -15,29 +16,21 @@ namespace orvalo {
 
 namespace {
 
-constexpr const char* sections = "analysis.materials.cubes.actuator.piezo.sensor.dump.table.set.damping.";
-enum Section : unsigned int {
-    Analysis,
-    Materials,
-    CubesSection,
-    ActuatorSection,
-    PiezoSection,
-    SensorSection,
-    DumpSection,
-    TableSection,
-    SetSection,
-    DampingSection,
-};
-
 /// The longest path with its terminator that clients of every platform can count on.
 constexpr std::size_t longestPath = 260;
 
-/// Files an output under its ID, which must be new.
-template <class Output>
-void FileByID(std::map<int, Output>& outputs, Output& output, const ExceptionMessage& reused) {
-    const int id = output.shared.id;
-    if (!outputs.emplace(id, std::move(output)).second) ORVALO_RAISE(Reader, reused, id);
-}
+/// The sections that come first, in their order.
+struct LeadingSection {
+    const ExceptionMessage& expected;
+    const ExceptionMessage& alreadyDefined;
+    const ExceptionMessage& notDefined;
+};
+using M = ReaderMessages;
+const LeadingSection leadingSections[] = {
+    {M::AnalysisNotDefinedFirst, M::AnalysisAlreadyDefined, M::AnalysisNotDefined},
+    {M::MaterialsSectionExpected, M::MaterialsAlreadyDefined, M::MaterialsNotDefined},
+    {M::CubesSectionExpected, M::CubesAlreadyDefined, M::CubesNotDefined},
+};
 
 }  // namespace
 
@@ -47,45 +40,61 @@ void ModelReader::Execute(Model& model, bool doublePrecision) {
     core_.row = 0;
     core_.lexer.ResetPosition();
     try {
-        SetPath();
-        OpenMainFile();
-        if (cubesOnly_) {
-            ReadOnlyCubes(model);
-        } else {
-            ReadWholeModel(model, doublePrecision);
-        }
+        WithinMemory(module::Reader, __LINE__, [&] { Read(model, doublePrecision); });
+    } catch (const Stopped&) {
+        NotePlace();
+        core_.lexer.CloseAll();
+        throw;
     } catch (Exception& failure) {
-        RaiseLocated(failure);
-    } catch (const std::bad_alloc&) {
-        // Module and text are short enough to need no memory themselves.
-        Exception failure("Reader\\Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory.");
-        RaiseLocated(failure);
-    } catch (const std::length_error&) {
-        Exception failure("Reader\\Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory.");
         RaiseLocated(failure);
     }
 }
 
-/// Closes the input and throws `inner`, called while it is being handled, with the reported place before its message.
-/// Where memory does not suffice even for that, throws OutOfMemory.
+void ModelReader::Read(Model& model, bool doublePrecision) {
+    core_.lexer.stopFlag.Check();
+    SetPath();
+    OpenMainFile();
+    const ModelReading reading{model, doublePrecision, cubesOnly_, progress_};
+    if (cubesOnly_) {
+        ReadOnlyCubes(reading);
+    } else {
+        ReadWholeModel(reading);
+    }
+}
+
+void ModelReader::NotePlace() noexcept {
+    failurePlace_ = core_.lexer.Place();
+    failureRow_ = core_.row;
+}
+
+/// Closes the input and throws `inner`, called while it is being handled, with its place and with the reported place
+/// before its message. Where memory does not suffice even for that, throws OutOfMemory, at a place without a path.
 void ModelReader::RaiseLocated(Exception& inner) {
     // What the message, and a description made of it, may hold besides the name and the inner message.
     constexpr std::size_t longestText = 900;
 
-    failurePlace_ = core_.lexer.Place();
-    failureRow_ = core_.row;
+    NotePlace();
     const Lexer::Position position = core_.lexer.position;
     try {
-        std::string fileName = core_.lexer.CurrentFileName();
-        core_.lexer.CloseAll();
-        if (fileName.empty()) throw Exception(inner);
+        std::string fileName = CloseInput();
+        if (fileName.empty()) throw ReadError(inner, failurePlace_, failureRow_);
         const std::size_t room = longestText - std::min(longestText, inner.what().size());
         if (fileName.size() > room) fileName.erase(0, fileName.size() - room);
-        throw Exception(inner, fileName, position.line, position.column);
+        throw ReadError(Exception(inner, fileName, position.line, position.column), failurePlace_, failureRow_);
     } catch (const std::bad_alloc&) {
-        core_.lexer.CloseAll();
-        throw Exception("Reader\\Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory.");
+        // Module and text are short enough to need no memory themselves.
+        throw ReadError({"Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory."},
+                        {{}, failurePlace_.offset, failurePlace_.line, failurePlace_.column}, failureRow_);
     }
+}
+
+/// Closes all files, also where it throws, and returns the name that messages show of the one that was being read.
+std::string ModelReader::CloseInput() {
+    const struct Closing {
+        ~Closing() { lexer.CloseAll(); }
+        Lexer& lexer;
+    } closing{core_.lexer};
+    return core_.lexer.CurrentFileName();
 }
 
 void ModelReader::SetPath() {
@@ -108,122 +117,58 @@ void ModelReader::OpenMainFile() {
     core_.lexer.OpenCompleted(useResolved ? resolvedPath_ : completed);
 }
 
-void ModelReader::ReadWholeModel(Model& model, bool doublePrecision) {
-    for (core_.NextToken(); core_.token.type != TokenType::EndOfFile; core_.NextToken()) {
-        ProcessSection(model, doublePrecision);
-    }
-    ValidateRequirements(model);
-    CheckRequiredTables(model);
-    GenerateTables(model, doublePrecision);
-    AssignTables(model);
+void ModelReader::ReadWholeModel(const ModelReading& reading) {
+    for (core_.NextToken(); core_.token.type != TokenType::EndOfFile; core_.NextToken()) ReadSection(reading);
+    CheckComplete(reading.model);
+    const StopFlag stop = core_.lexer.stopFlag;
+    CheckRequiredTables(reading.model, stop);
+    GenerateTables(reading.model, reading.doublePrecision, stop);
+    AssignTables(reading.model, stop);
 }
 
 /// Takes the grid from wherever its keywords stand: without the other grammars it is not known where sections begin.
-void ModelReader::ReadOnlyCubes(Model& model) {
+void ModelReader::ReadOnlyCubes(const ModelReading& reading) {
     for (core_.NextToken(); core_.token.type != TokenType::EndOfFile; core_.NextToken()) {
-        if (core_.IsKeyword("cubes")) {
-            cubesDefined_ = true;
-            ReadCubesSection(core_, model, Grid());
-        }
-        if (core_.IsKeyword("damping")) ReadDampingSection(core_, model, Grid());
+        if (core_.token.type != TokenType::Keyword) continue;
+        const auto place = WordList(sections).Find(core_.token.text);
+        if (!place || !sections[*place].grid) continue;
+        NoteDefined(sections[*place]);
+        sections[*place].read(core_, reading);
     }
-    if (!cubesDefined_) ORVALO_RAISE(Reader, ReaderMessages::CubesNotDefined);
+    if (!IsDefined(SectionOrder::Cubes)) ORVALO_RAISE(Reader, ReaderMessages::CubesNotDefined);
 }
 
-void ModelReader::ProcessSection(Model& model, bool doublePrecision) {
-    const unsigned int section = core_.MatchKeyword(sections, ReaderMessages::SectionNameExpected);
+void ModelReader::ReadSection(const ModelReading& reading) {
+    const Section& section = sections[core_.Match(sections, ReaderMessages::SectionNameExpected)];
     CheckOrder(section);
-    switch (section) {
-        case Analysis:
-            analysisDefined_ = true;
-            return ReadAnalysisSection(core_, model);
-        case Materials:
-            materialsDefined_ = true;
-            return ReadMaterialsSection(core_, model.materials);
-        case CubesSection:
-            cubesDefined_ = true;
-            return ReadCubesSection(core_, model, Grid());
-        case ActuatorSection:
-            return ReadActuator(model);
-        case PiezoSection:
-            return ReadPiezo(model, doublePrecision);
-        case SensorSection:
-            return ReadSensor(model);
-        case DumpSection:
-            return ReadDump(model);
-        case TableSection:
-            return ReadTable(model, doublePrecision);
-        case SetSection:
-            return ReadSetSection(core_, model);
-        default:
-            // Any number of these sections may follow: the flag that would refuse a second one stays unset.
-            return ReadDampingSection(core_, model, Grid());
+    NoteDefined(section);
+    section.read(core_, reading);
+}
+
+void ModelReader::CheckOrder(const Section& section) const {
+    for (std::size_t i = 0; i < std::size(leadingSections); ++i) {
+        const auto order = static_cast<SectionOrder>(i);
+        if (section.order == order) {
+            if (IsDefined(order)) ORVALO_RAISE(Reader, leadingSections[i].alreadyDefined);
+            return;
+        }
+        if (!IsDefined(order)) ORVALO_RAISE(Reader, leadingSections[i].expected);
     }
 }
 
-void ModelReader::CheckOrder(unsigned int section) const {
-    if (section == Analysis) {
-        if (analysisDefined_) ORVALO_RAISE(Reader, ReaderMessages::AnalysisAlreadyDefined);
-        return;
+void ModelReader::CheckComplete(const Model& model) const {
+    for (std::size_t i = 0; i < std::size(leadingSections); ++i) {
+        if (!IsDefined(static_cast<SectionOrder>(i))) ORVALO_RAISE(Reader, leadingSections[i].notDefined);
     }
-    if (!analysisDefined_) ORVALO_RAISE(Reader, ReaderMessages::AnalysisNotDefinedFirst);
-    if (section == Materials) {
-        if (materialsDefined_) ORVALO_RAISE(Reader, ReaderMessages::MaterialsAlreadyDefined);
-        return;
-    }
-    if (!materialsDefined_) ORVALO_RAISE(Reader, ReaderMessages::MaterialsSectionExpected);
-    if (section == CubesSection) {
-        if (cubesDefined_) ORVALO_RAISE(Reader, ReaderMessages::CubesAlreadyDefined);
-        return;
-    }
-    if (!cubesDefined_) ORVALO_RAISE(Reader, ReaderMessages::CubesSectionExpected);
-    if (section == DampingSection && dampingDefined_) ORVALO_RAISE(Reader, ReaderMessages::DampingAlreadyDefined);
-}
-
-void ModelReader::ReadActuator(Model& model) {
-    Actuator actuator;
-    if (ReadActuatorSection(core_, actuator, model)) model.actuators.push_back(actuator);
-}
-
-void ModelReader::ReadPiezo(Model& model, bool doublePrecision) {
-    const auto piezo = std::make_shared<Piezo>();
-    if (!ReadPiezoSection(core_, *piezo, model, doublePrecision)) return;
-    // A model holds one patch: the test for a reused ID assigns the new ID to the patch before and then finds it there.
-    // Solvers have come to rely on it.
-    for (const auto& earlier : model.piezos) {
-        earlier->shared.id = piezo->shared.id;
-        if (earlier->shared.id != 0) ORVALO_RAISE(Reader, ReaderMessages::PiezoIDReused, piezo->shared.id);
-    }
-    model.piezos.push_back(piezo);
-}
-
-void ModelReader::ReadSensor(Model& model) {
-    Sensor sensor;
-    if (ReadSensorSection(core_, sensor)) FileByID(model.sensors, sensor, ReaderMessages::SensorIDReused);
-}
-
-void ModelReader::ReadDump(Model& model) {
-    Dump dump;
-    if (ReadDumpSection(core_, dump)) FileByID(model.dumps, dump, ReaderMessages::DumpIDReused);
-}
-
-void ModelReader::ReadTable(Model& model, bool doublePrecision) {
-    const auto table = std::make_shared<Table>();
-    ReadTableSection(core_, *table, doublePrecision);
-    if (!model.tables.emplace(table->id, table).second) {
-        ORVALO_RAISE(Reader, ReaderMessages::TableIDReused, table->id);
-    }
-}
-
-void ModelReader::ValidateRequirements(const Model& model) const {
-    if (!analysisDefined_) ORVALO_RAISE(Reader, ReaderMessages::AnalysisNotDefined);
-    if (!materialsDefined_) ORVALO_RAISE(Reader, ReaderMessages::MaterialsNotDefined);
-    if (!cubesDefined_) ORVALO_RAISE(Reader, ReaderMessages::CubesNotDefined);
     CheckExcitationAndOutput(model);
 }
 
-GridReading ModelReader::Grid() const {
-    return {cubesOnly_, progress_};
+void ModelReader::NoteDefined(const Section& section) {
+    defined_ |= 1U << static_cast<unsigned int>(section.order);
+}
+
+bool ModelReader::IsDefined(SectionOrder order) const {
+    return (defined_ >> static_cast<unsigned int>(order) & 1U) != 0;
 }
 
 }  // namespace orvalo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -20,35 +21,34 @@ public:
         : path_(path), cubesOnly_(cubesOnly), core_(bufferSize) {}
 
     void TraceCurrentCube(unsigned long long* counter) { progress_ = counter; }
+    void Threads(unsigned int count) { threads_ = count; }
+    void StopOn(const std::atomic<bool>* flag) { core_.lexer.stopFlag = StopFlag(flag); }
     void Execute(Model& model, bool doublePrecision);
     const InputPlace& FailurePlace() const { return failurePlace_; }
     std::uint64_t FailureRow() const { return failureRow_; }
 
 private:
+    void Read(Model& model, bool doublePrecision);
     void SetPath();
     void OpenMainFile();
-    void ReadWholeModel(Model& model, bool doublePrecision);
-    void ReadOnlyCubes(Model& model);
-    void ProcessSection(Model& model, bool doublePrecision);
-    void CheckOrder(unsigned int section) const;
+    void ReadWholeModel(const ModelReading& reading);
+    void ReadOnlyCubes(const ModelReading& reading);
+    void ReadSection(const ModelReading& reading);
+    void CheckOrder(const Section& section) const;
+    void CheckComplete(const Model& model) const;
+    void NoteDefined(const Section& section);
+    bool IsDefined(SectionOrder order) const;
 
-    void ReadActuator(Model& model);
-    void ReadPiezo(Model& model, bool doublePrecision);
-    void ReadSensor(Model& model);
-    void ReadDump(Model& model);
-    void ReadTable(Model& model, bool doublePrecision);
-    void ValidateRequirements(const Model& model) const;
-
+    void NotePlace() noexcept;
     [[noreturn]] void RaiseLocated(Exception& inner);
-    GridReading Grid() const;
+    std::string CloseInput();
 
     std::string path_;
     bool cubesOnly_;
     unsigned long long* progress_ = nullptr;
-    bool analysisDefined_ = false;
-    bool materialsDefined_ = false;
-    bool cubesDefined_ = false;
-    bool dampingDefined_ = false;
+    unsigned int threads_ = 1;
+    /// A bit for each SectionOrder of which a section was met.
+    unsigned int defined_ = 0;
 
     ReaderCore core_;
     std::string resolvedPath_;

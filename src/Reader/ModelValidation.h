@@ -2,6 +2,8 @@
 
 #include <Orvalo3DReader/Model/Model.h>
 
+#include "Common/StopFlag.h"
+
 namespace orvalo {
 
 /// Throws ActuatorPiezoNotDefined for a model that nothing excites and SensorDumpNotDefined for one that records
@@ -9,7 +11,8 @@ namespace orvalo {
 void CheckExcitationAndOutput(const Model& model);
 
 /// Checks that every table that a piezo patch or an actuator names is defined: those of a patch within the patch, those
-/// of actuators in the model. Marks what it found. Throws PiezoTableMissing and TableMissing.
-void CheckRequiredTables(Model& model);
+/// of actuators in the model. Marks what it found. Throws PiezoTableMissing, TableMissing and
+/// Stopped.
+void CheckRequiredTables(Model& model, StopFlag stop);
 
 }  // namespace orvalo

@@ -1,45 +1,60 @@
 #pragma once
 
-#include <cstdint>
+#include <map>
 #include <string>
+#include <utility>
 
-#include <Orvalo3DReader/Model/FileProperties.h>
-#include <Orvalo3DReader/Model/SharedProperties.h>
+#include "Common/Raise.h"
+#include "Model/CodeWords.h"
+#include "Reader/Properties.h"
 
-#include "Reader/ReaderCore.h"
-
-/// What the SENSOR and DUMP sections share: all but their keyword lists and their component codes.
+/// What the grammars of SENSOR and DUMP share. `Output` is Sensor or Dump.
 namespace orvalo {
 
-enum class OutputProperty : std::uint8_t {
-    End,
-    Enabled,
-    ID,
-    Shape,
-    Position,
-    Output,
-    FileName,
-    WriteMode,
-    Notation,
-    FileFormat,
-};
+template <class Output>
+inline constexpr Property<Output> idProperty = {
+    "id", "ID", Takes::Value, always, [](ReaderCore& core, Output& output) { output.shared.id = core.ReadID(); }};
 
-struct OutputGrammar {
-    const char* keywords;
-    /// What each word of `keywords` stands for, in the order of the list.
-    const OutputProperty* properties;
-    /// The obligatory ones, a bit for each value of OutputProperty.
-    unsigned int obligatory;
-    /// Reads component codes from the current token on; the first keyword that is none ends them and stays current.
-    std::string (*readCodes)(ReaderCore& core);
-};
+template <class Output>
+inline constexpr Property<Output> fileNameProperty = {
+    "filename", "FileName", Takes::Value, always,
+    [](ReaderCore& core, Output& output) { output.file.fileName = core.token.Text(); }};
 
-constexpr unsigned int Bit(OutputProperty property) {
-    return 1U << static_cast<unsigned int>(property);
+template <class Output>
+inline constexpr Property<Output> writeModeProperty = {
+    "writemode", "WriteMode", Takes::Value, optional, [](ReaderCore& core, Output& output) {
+        output.file.writeMode = core.ReadCode(fileWriteModes, ReaderMessages::FileWriteModeExpected);
+    }};
+
+template <class Output>
+inline constexpr Property<Output> notationProperty = {
+    "notation", "Notation", Takes::Value, optional, [](ReaderCore& core, Output& output) {
+        output.file.notation = core.ReadCode(fileNotations, ReaderMessages::FileNotationExpected);
+    }};
+
+template <class Output>
+inline constexpr Property<Output> fileFormatProperty = {
+    "fileformat", "FileFormat", Takes::Value, optional, [](ReaderCore& core, Output& output) {
+        output.file.fileFormat = core.ReadCode(fileFormats, ReaderMessages::FileFormatExpected);
+    }};
+
+/// Reads an output and files it under its ID, which must be new.
+template <class Output, std::size_t n>
+void ReadOutput(ReaderCore& core, const Property<Output> (&properties)[n], std::map<int, Output>& outputs,
+                const ExceptionMessage& reused) {
+    constexpr int matFile = 1;
+    constexpr int append = 2;
+    Output output;
+    PropertySet given;
+    if (!ReadProperties(core, properties, output, given)) return core.SkipToEnd();
+    if (given.Missing(properties, always) != nullptr) {
+        ORVALO_RAISE(SectionReader, ReaderMessages::ObligatoryPropNotDefined);
+    }
+    if (output.file.fileFormat == matFile && output.file.writeMode == append) {
+        ORVALO_RAISE(SectionReader, ReaderMessages::AppendNotSupportedMAT);
+    }
+    const int id = output.shared.id;
+    if (!outputs.emplace(id, std::move(output)).second) ORVALO_RAISE(Reader, reused, id);
 }
-
-/// Reads a section into the parts of a Sensor or Dump; returns whether it is enabled.
-bool ReadOutputSection(ReaderCore& core, const OutputGrammar& grammar, SharedProperties& shared, std::string& output,
-                       FileProperties& file);
 
 }  // namespace orvalo

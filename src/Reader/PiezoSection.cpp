@@ -1,7 +1,10 @@
 #include <limits>
+#include <memory>
 
 #include "Common/Raise.h"
+#include "Model/CodeWords.h"
 #include "Reader/ModelAccess.h"
+#include "Reader/Properties.h"
 #include "Reader/Sections.h"
 #include "Reader/StartSteps.h"
 
@@ -9,30 +12,16 @@ namespace orvalo {
 
 namespace {
 
-constexpr const char* keywords = "end.id.enabled.position.direction.start.method.amplitude.count.data.table.";
-enum Keyword : unsigned int {
-    End,
-    ID,
-    Enabled,
-    Position,
-    Direction,
-    Start,
-    Method,
-    Amplitude,
-    Count,
-    Data,
-    TableBlock
+struct PiezoReading {
+    Piezo& piezo;
+    const ModelReading& model;
 };
 
-constexpr unsigned int Bit(unsigned int keyword) {
-    return 1U << keyword;
-}
-constexpr unsigned int obligatory = Bit(ID) | Bit(Position) | Bit(Direction) | Bit(Method) | Bit(Data);
-
-/// Passes over the rest of a disabled section, from the current token on. Data and table blocks nest, each with an END
-/// of its own.
+/// Passes over the rest of a disabled section, after the current token. Data and table blocks nest, each with an END of
+/// its own.
 void SkipSection(ReaderCore& core) {
-    for (std::size_t depth = 1;; core.NextToken()) {
+    for (std::size_t depth = 1;;) {
+        core.NextToken();
         if (core.token.type == TokenType::EndOfFile) {
             ORVALO_RAISE(SectionReader, ReaderMessages::SectionClosingExpected);
         }
@@ -85,7 +74,8 @@ PiezoData::Cell ReadPoint(ReaderCore& core, Piezo& piezo) {
     return {x, y, static_cast<unsigned short>(u), static_cast<unsigned short>(v), static_cast<unsigned short>(w)};
 }
 
-void ReadPoints(ReaderCore& core, Piezo& piezo) {
+void ReadPoints(ReaderCore& core, PiezoReading& reading) {
+    Piezo& piezo = reading.piezo;
     const std::size_t count = piezo.data.Count();
     if (count == 0) ORVALO_RAISE(PiezoReader, ReaderMessages::CountPropertyMissing);
     std::size_t read = 0;
@@ -99,9 +89,10 @@ void ReadPoints(ReaderCore& core, Piezo& piezo) {
     }
 }
 
-void ReadTable(ReaderCore& core, Piezo& piezo, bool doublePrecision) {
+void ReadOwnTable(ReaderCore& core, PiezoReading& reading) {
+    Piezo& piezo = reading.piezo;
     const auto table = std::make_shared<Table>();
-    ReadTableSection(core, *table, doublePrecision);
+    ReadTable(core, *table, reading.model.doublePrecision);
     if (!piezo.tables.emplace(table->id, table).second) {
         ORVALO_RAISE(SectionReader, ReaderMessages::TableIDReused, table->id);
     }
@@ -111,61 +102,50 @@ void ReadTable(ReaderCore& core, Piezo& piezo, bool doublePrecision) {
     piezo.samplesCount = table->count;
 }
 
-void ReadProperty(ReaderCore& core, unsigned int keyword, Piezo& piezo, double timeStep) {
-    switch (keyword) {
-        case ID:
-            piezo.shared.id = core.ReadID();
-            return;
-        case Position:
-            piezo.shared.position = core.ReadCoordinates();
-            return;
-        case Direction:
-            piezo.direction = ReadDirection(core);
-            return;
-        case Start:
-            piezo.start = ReadStartSteps(core, timeStep);
-            return;
-        case Method:
-            piezo.method =
-                1 + static_cast<int>(core.MatchKeyword("force.absolute.", ReaderMessages::ActuatorMethodExpected));
-            return;
-        case Amplitude:
-            piezo.amplitude = core.ExpectNumber();
-            return;
-        default:
-            ModelAccess::SetCount(piezo.data, ReadCount(core));
-            return;
-    }
-}
+constexpr Property<PiezoReading> properties[] = {
+    {"end", "END", Takes::Nothing},
+    {"id", "ID", Takes::Value, always, [](ReaderCore& core, PiezoReading& r) { r.piezo.shared.id = core.ReadID(); }},
+    {"enabled", "Enabled", Takes::Switch},
+    {"position", "Position", Takes::Value, always,
+     [](ReaderCore& core, PiezoReading& r) { r.piezo.shared.position = core.ReadCoordinates(); }},
+    {"direction", "Direction", Takes::Value, always,
+     [](ReaderCore& core, PiezoReading& r) { r.piezo.direction = ReadDirection(core); }},
+    {"start", "Start", Takes::Value, optional,
+     [](ReaderCore& core, PiezoReading& r) { r.piezo.start = ReadStartSteps(core, r.model.model.timeStep); }},
+    {"method", "Method", Takes::Value, always,
+     [](ReaderCore& core, PiezoReading& r) {
+         r.piezo.method = core.ReadCode(excitationMethods, ReaderMessages::ActuatorMethodExpected);
+     }},
+    {"amplitude", "Amplitude", Takes::Value, optional,
+     [](ReaderCore& core, PiezoReading& r) { r.piezo.amplitude = core.ExpectNumber(); }},
+    {"count", "Count", Takes::Value, optional,
+     [](ReaderCore& core, PiezoReading& r) { ModelAccess::SetCount(r.piezo.data, ReadCount(core)); }},
+    {"data", "Data", Takes::Block, always, ReadPoints},
+    {"table", "Table", Takes::Block, optional, ReadOwnTable},
+};
+static_assert(IsComplete(properties));
 
 }  // namespace
 
-bool ReadPiezoSection(ReaderCore& core, Piezo& piezo, const Model& model, bool doublePrecision) {
-    unsigned int given = 0;
-    for (bool enabled = true;;) {
-        core.NextToken();
-        if (!enabled) {
-            SkipSection(core);
-            return false;
-        }
-        const unsigned int keyword = core.MatchKeyword(keywords, ReaderMessages::UnknownKeyword);
-        if (keyword == End) break;
-        if (keyword < Data) core.NextValue();
-        if (keyword == Enabled) {
-            enabled = core.ReadEnabled();
-        } else if (keyword == Data) {
-            ReadPoints(core, piezo);
-        } else if (keyword == TableBlock) {
-            ReadTable(core, piezo, doublePrecision);
-        } else {
-            ReadProperty(core, keyword, piezo, model.timeStep);
-        }
-        given |= Bit(keyword);
-    }
-    if ((given & obligatory) != obligatory || piezo.data.Count() == 0) {
+WordList PiezoWords() {
+    return properties;
+}
+
+void ReadPiezoSection(ReaderCore& core, const ModelReading& reading) {
+    const auto piezo = std::make_shared<Piezo>();
+    PiezoReading own{*piezo, reading};
+    PropertySet given;
+    if (!ReadProperties(core, properties, own, given)) return SkipSection(core);
+    if (given.Missing(properties, always) != nullptr || piezo->data.Count() == 0) {
         ORVALO_RAISE(SectionReader, ReaderMessages::ObligatoryPropNotDefined);
     }
-    return true;
+    // A model holds one patch: the test for a reused ID assigns the new ID to the patch before and then finds it there.
+    // Solvers have come to rely on it.
+    for (const auto& earlier : reading.model.piezos) {
+        earlier->shared.id = piezo->shared.id;
+        if (earlier->shared.id != 0) ORVALO_RAISE(Reader, ReaderMessages::PiezoIDReused, piezo->shared.id);
+    }
+    reading.model.piezos.push_back(piezo);
 }
 
 }  // namespace orvalo

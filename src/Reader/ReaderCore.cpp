@@ -1,9 +1,7 @@
 #include "Reader/ReaderCore.h"
 
 #include <cmath>
-#include <cstdio>
 #include <limits>
-#include <string>
 
 #include "Common/Raise.h"
 
@@ -15,28 +13,21 @@ void ReaderCore::NextValue() {
 }
 
 void ReaderCore::SkipToEnd() {
-    while (!IsKeyword("end")) {
+    for (NextToken(); !IsKeyword("end"); NextToken()) {
         if (token.type == TokenType::EndOfFile) ORVALO_RAISE(SectionReader, ReaderMessages::SectionClosingExpected);
-        NextToken();
     }
 }
 
-unsigned int ReaderCore::MatchKeyword(const char* list, const ExceptionMessage& message) const {
-    if (token.type != TokenType::Keyword) ORVALO_RAISE(ReaderMisc, message);
-    const char* const text = token.text.c_str();
-    unsigned int index = 0;
-    for (;;) {
-        std::size_t i = 0;
-        while (text[i] != '\0' && text[i] == list[i]) ++i;
-        if (text[i] == '\0' && list[i] == '.') return index;
-        // On to the next word. A keyword that goes on behind a whole word differs at that word's own point, and the
-        // search for the next point then also passes the word after it: readers have always matched so.
-        list += i;
-        if (*list != '\0') ++list;
-        while (*list != '\0' && *list != '.') ++list;
-        if (*list == '\0' || *++list == '\0') ORVALO_RAISE(ReaderMisc, message);
-        ++index;
-    }
+std::size_t ReaderCore::Match(const WordList& words, const ExceptionMessage& message) const {
+    const auto place = token.type == TokenType::Keyword ? words.Find(token.text) : std::nullopt;
+    if (!place) ORVALO_RAISE(ReaderMisc, message);
+    return *place;
+}
+
+std::optional<std::size_t> ReaderCore::FindWord(const WordList& words, const char* sourceModule,
+                                                const ExceptionMessage& message) const {
+    if (token.type != TokenType::Keyword) Raise(sourceModule, __LINE__, message);
+    return words.Find(token.text);
 }
 
 std::optional<std::int64_t> ReaderCore::Truncated() const {
@@ -98,10 +89,6 @@ Point ReaderCore::ReadCoordinates() {
     NextToken();
     point.z = read(ReaderMessages::InvalidZCoordinate);
     return point;
-}
-
-void ReaderCore::RaiseObligatoryMissing(const char* name) {
-    ORVALO_RAISE(ReaderMisc, ReaderMessages::ObligatoryMissing, name);
 }
 
 }  // namespace orvalo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -7,8 +8,10 @@
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Model/Point.h>
 
+#include "Model/CodeWords.h"
 #include "Reader/Lexer.h"
 #include "Reader/Token.h"
+#include "Reader/WordList.h"
 
 namespace orvalo {
 
@@ -24,13 +27,21 @@ public:
 
     bool IsKeyword(std::string_view text) const { return token.type == TokenType::Keyword && token.text == text; }
 
-    /// Passes over every token, from the current one on, to the keyword `end` and leaves it current. Throws
+    /// Passes over every token, after the current one, to the keyword `end` and leaves it current. Throws
     /// SectionClosingExpected at the end of the input.
     void SkipToEnd();
 
-    /// The index of the current keyword in `list`, lower-case words each ended by a point ("end.count.data."). Throws
-    /// `message` for anything that is not in it.
-    unsigned int MatchKeyword(const char* list, const ExceptionMessage& message) const;
+    /// The place of the current keyword in a table. Throws `message` for anything that is not in it.
+    std::size_t Match(const WordList& words, const ExceptionMessage& message) const;
+    /// The same, but nothing for a keyword that is not in the table. Throws as `sourceModule` for anything that is no
+    /// keyword.
+    std::optional<std::size_t> FindWord(const WordList& words, const char* sourceModule,
+                                        const ExceptionMessage& message) const;
+    /// The code of the current keyword. Throws `message` for anything that is not in the table.
+    template <std::size_t n>
+    int ReadCode(const CodeWord (&words)[n], const ExceptionMessage& message) const {
+        return words[Match(words, message)].code;
+    }
 
     /// The number's value truncated toward zero; nothing for other tokens and for what 64 bits do not hold.
     std::optional<std::int64_t> Truncated() const;
@@ -50,9 +61,6 @@ public:
     /// Reads three cube coordinates from the current token on; the third one stays current. Throws
     /// InvalidXCoordinate, InvalidYCoordinate or InvalidZCoordinate.
     Point ReadCoordinates();
-
-    /// Throws ObligatoryMissing for the property of that display name.
-    [[noreturn]] static void RaiseObligatoryMissing(const char* name);
 
     Lexer lexer;
     Token token;

@@ -1,38 +1,50 @@
-#include "Common/Raise.h"
 #include "Reader/OutputSection.h"
+#include "Reader/PointShape.h"
 #include "Reader/Sections.h"
 
 namespace orvalo {
 
 namespace {
 
-constexpr OutputProperty properties[] = {
-    OutputProperty::End,      OutputProperty::Enabled,    OutputProperty::ID,       OutputProperty::Shape,
-    OutputProperty::Position, OutputProperty::Output,     OutputProperty::FileName, OutputProperty::WriteMode,
-    OutputProperty::Notation, OutputProperty::FileFormat,
+/// Displacements and their magnitude.
+struct Component {
+    std::string_view word;
 };
+constexpr Component components[] = {{"u"}, {"v"}, {"w"}, {"m"}};
+static_assert(HasWords(components));
 
-/// One letter per component: displacements u, v, w and their magnitude m.
-std::string ReadCodes(ReaderCore& core) {
-    std::string codes;
+void ReadComponents(ReaderCore& core, Sensor& sensor) {
+    sensor.output.clear();
     for (;; core.NextToken()) {
-        if (core.token.type != TokenType::Keyword) ORVALO_RAISE(OutputReader, ReaderMessages::SensorOutputExpected);
-        const std::string& code = core.token.text;
-        if (code != "u" && code != "v" && code != "w" && code != "m") return codes;
-        codes += code;
+        const auto row = core.FindWord(components, module::OutputReader, ReaderMessages::SensorOutputExpected);
+        if (!row) return;
+        sensor.output += components[*row].word;
     }
 }
 
-constexpr OutputGrammar grammar = {
-    "end.enabled.id.shape.position.output.filename.writemode.notation.fileformat.", properties,
-    Bit(OutputProperty::ID) | Bit(OutputProperty::Shape) | Bit(OutputProperty::Position) | Bit(OutputProperty::Output) |
-        Bit(OutputProperty::FileName),
-    ReadCodes};
+constexpr Property<Sensor> properties[] = {
+    {"end", "END", Takes::Nothing},
+    {"enabled", "Enabled", Takes::Switch},
+    idProperty<Sensor>,
+    {"shape", "Shape", Takes::Value, always, [](ReaderCore& core, Sensor&) { CheckPointShape(core); }},
+    {"position", "Position", Takes::Value, always,
+     [](ReaderCore& core, Sensor& sensor) { sensor.shared.position = core.ReadCoordinates(); }},
+    {"output", "Output", Takes::Words, always, ReadComponents},
+    fileNameProperty<Sensor>,
+    writeModeProperty<Sensor>,
+    notationProperty<Sensor>,
+    fileFormatProperty<Sensor>,
+};
+static_assert(IsComplete(properties));
 
 }  // namespace
 
-bool ReadSensorSection(ReaderCore& core, Sensor& sensor) {
-    return ReadOutputSection(core, grammar, sensor.shared, sensor.output, sensor.file);
+WordList SensorWords() {
+    return properties;
+}
+
+void ReadSensorSection(ReaderCore& core, const ModelReading& reading) {
+    ReadOutput(core, properties, reading.model.sensors, ReaderMessages::SensorIDReused);
 }
 
 }  // namespace orvalo

@@ -1,18 +1,21 @@
 #include <limits>
 #include <memory>
-#include <optional>
 
 #include "Common/Raise.h"
 #include "Reader/BulkRows.h"
 #include "Reader/PlainRows.h"
+#include "Reader/Properties.h"
 #include "Reader/Sections.h"
 
 namespace orvalo {
 
 namespace {
 
-constexpr const char* keywords = "end.id.count.data.";
-enum Keyword { End, ID, Count, Data };
+struct SetReading {
+    Model& model;
+    int id = 0;
+    unsigned int count = 0;
+};
 
 int ReadSetID(const ReaderCore& core) {
     const auto id = core.TruncatedID();
@@ -41,45 +44,36 @@ void ReadPoints(ReaderCore& core, Set& set) {
     CloseBulkRows(core, read, count);
 }
 
-void ReadSet(ReaderCore& core, Model& model, int id, unsigned int count) {
-    const auto set = std::make_shared<Set>(id, count);
+void ReadSet(ReaderCore& core, SetReading& reading) {
+    const auto set = std::make_shared<Set>(reading.id, reading.count);
     ReadPoints(core, *set);
-    if (!model.sets.emplace(id, set).second) ORVALO_RAISE(SectionReader, ReaderMessages::SetIDReused, id);
+    if (!reading.model.sets.emplace(reading.id, set).second) {
+        ORVALO_RAISE(SectionReader, ReaderMessages::SetIDReused, reading.id);
+    }
 }
+
+constexpr Property<SetReading> properties[] = {
+    {"end", "END", Takes::Nothing},
+    {"count", "Count", Takes::Value, always,
+     [](ReaderCore& core, SetReading& reading) {
+         reading.count = static_cast<unsigned int>(ReadBulkCount(core, std::numeric_limits<std::uint32_t>::max()));
+     }},
+    {"id", "ID", Takes::BareValue, always, [](ReaderCore& core, SetReading& reading) { reading.id = ReadSetID(core); }},
+    {"data", "Data", Takes::Rows, always, ReadSet},
+};
+static_assert(IsComplete(properties));
 
 }  // namespace
 
-void ReadSetSection(ReaderCore& core, Model& model) {
-    std::optional<int> id;
-    std::optional<unsigned int> count;
-    bool dataGiven = false;
-    const auto checkPrerequisites = [&] {
-        if (!count) ReaderCore::RaiseObligatoryMissing("Count");
-        if (!id) ReaderCore::RaiseObligatoryMissing("ID");
-    };
-    for (;;) {
-        core.NextToken();
-        switch (core.MatchKeyword(keywords, ReaderMessages::UnknownKeyword)) {
-            case ID:
-                // Here alone no `=` is skipped.
-                core.NextToken();
-                id = ReadSetID(core);
-                break;
-            case Count:
-                core.NextValue();
-                count = static_cast<unsigned int>(ReadBulkCount(core, std::numeric_limits<std::uint32_t>::max()));
-                break;
-            case Data:
-                checkPrerequisites();
-                ReadSet(core, model, *id, *count);
-                dataGiven = true;
-                break;
-            default:
-                checkPrerequisites();
-                if (!dataGiven) ReaderCore::RaiseObligatoryMissing("Data");
-                return;
-        }
-    }
+WordList SetWords() {
+    return properties;
+}
+
+void ReadSetSection(ReaderCore& core, const ModelReading& reading) {
+    SetReading own{reading.model};
+    PropertySet given;
+    ReadProperties(core, properties, own, given);
+    given.Require(properties);
 }
 
 }  // namespace orvalo

@@ -1,17 +1,23 @@
 #include <cstring>
 #include <limits>
+#include <memory>
 
 #include "Common/Raise.h"
 #include "Reader/BulkCursor.h"
 #include "Reader/ModelAccess.h"
+#include "Reader/Properties.h"
 #include "Reader/Sections.h"
 
 namespace orvalo {
 
 namespace {
 
-constexpr const char* keywords = "end.id.count.data.";
-enum Keyword { End, ID, Count, Data };
+struct TableReading {
+    Table& table;
+    bool doublePrecision;
+    /// How many were read.
+    std::size_t samples = 0;
+};
 
 int ReadTableID(const ReaderCore& core) {
     const auto id = core.TruncatedID();
@@ -54,44 +60,48 @@ void ReadSamples(ReaderCore& core, Table& table) {
     if (read < count) RaiseNotEnough(count - read);
 }
 
-void ReadData(ReaderCore& core, Table& table, bool doublePrecision) {
-    if (table.id == -1) ReaderCore::RaiseObligatoryMissing("ID");
-    if (table.count == 0) ReaderCore::RaiseObligatoryMissing("Count");
-    ModelAccess::Allocate(table, doublePrecision);
-    if (doublePrecision) {
-        ReadSamples<double>(core, table);
+void ReadData(ReaderCore& core, TableReading& reading) {
+    ModelAccess::Allocate(reading.table, reading.doublePrecision);
+    if (reading.doublePrecision) {
+        ReadSamples<double>(core, reading.table);
     } else {
-        ReadSamples<float>(core, table);
+        ReadSamples<float>(core, reading.table);
     }
+    reading.samples = reading.table.count;
 }
+
+constexpr Property<TableReading> properties[] = {
+    {"end", "END", Takes::Nothing},
+    {"id", "ID", Takes::Value, always,
+     [](ReaderCore& core, TableReading& reading) { reading.table.id = ReadTableID(core); }},
+    {"count", "Count", Takes::Value, always,
+     [](ReaderCore& core, TableReading& reading) { reading.table.count = ReadTableCount(core); }},
+    {"data", "Data", Takes::Rows, always, ReadData},
+};
+static_assert(IsComplete(properties));
 
 }  // namespace
 
-void ReadTableSection(ReaderCore& core, Table& table, bool doublePrecision) {
-    std::size_t samples = 0;
-    for (;;) {
-        core.NextToken();
-        switch (core.MatchKeyword(keywords, ReaderMessages::UnknownKeyword)) {
-            case ID:
-                core.NextValue();
-                table.id = ReadTableID(core);
-                break;
-            case Count:
-                core.NextValue();
-                table.count = ReadTableCount(core);
-                break;
-            case Data:
-                ReadData(core, table, doublePrecision);
-                samples = table.count;
-                break;
-            default:
-                if (table.id == -1 || table.count == 0 || samples == 0) {
-                    ORVALO_RAISE(TableReader, ReaderMessages::ObligatoryPropNotDefined);
-                }
-                // A count raised behind the data promises samples that are not there.
-                if (samples < table.count) RaiseNotEnough(table.count - samples);
-                return;
-        }
+WordList TableWords() {
+    return properties;
+}
+
+void ReadTable(ReaderCore& core, Table& table, bool doublePrecision) {
+    TableReading own{table, doublePrecision};
+    PropertySet given;
+    ReadProperties(core, properties, own, given);
+    if (given.Missing(properties, always) != nullptr) {
+        ORVALO_RAISE(TableReader, ReaderMessages::ObligatoryPropNotDefined);
+    }
+    // A count raised after the data promises samples that are not there.
+    if (own.samples < table.count) RaiseNotEnough(table.count - own.samples);
+}
+
+void ReadTableSection(ReaderCore& core, const ModelReading& reading) {
+    const auto table = std::make_shared<Table>();
+    ReadTable(core, *table, reading.doublePrecision);
+    if (!reading.model.tables.emplace(table->id, table).second) {
+        ORVALO_RAISE(Reader, ReaderMessages::TableIDReused, table->id);
     }
 }
 

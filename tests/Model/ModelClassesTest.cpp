@@ -100,7 +100,8 @@ TEST(ModelClasses, CopiesShareAndOutliveTheirSource) {
     EXPECT_EQ(copy.cubes.CubesCount() + copy.cubes.DampingCubesCount(), 0U);
     copy = Model();
     EXPECT_EQ(ShowBulk(assigned), shown);
-    EXPECT_EQ(reinterpret_cast<const unsigned char*>(assigned.cubes.GetCube(1)), assigned.cubes.CubesPtr() + 7);
+    EXPECT_EQ(reinterpret_cast<const unsigned char*>(assigned.cubes.GetCube(1)),
+              assigned.cubes.CubesPtr() + Cubes::recordSize);
     EXPECT_EQ(assigned.actuators[0].table->Get(0), table.Get(0));
     assigned = Model();
     // The sanitizer sees whether the numbers are still there.

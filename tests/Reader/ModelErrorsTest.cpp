@@ -19,6 +19,10 @@ using namespace support;
 // one.
 const auto table = Rows(R"(
 102 Cubes: Out of memory. | AM CUBES count 9e18 format 0 @data 1 1 1 1 END END | AMC DAMPING count 9e18 @data
+102 Table: Out of memory.
+  | - ANALYSIS cellsize 1 timestep 1 END MATERIALS END CUBES count 1 format 0 data END END ACTUATOR shape point position
+    1 1 1 input definition method force type fullpulse waveform sine envelope none frequency 1 phase 0
+    duration 2305843009213693952 END DUMP id 1 output all filename f END /@
 103 LexerFile: Unable to open '{dir}none.model' input file. | A include @"None.model"
 105 Lexer: Invalid character. | A @#
 106 Lexer: Invalid character (inside keyword). | A @ab#c
@@ -53,6 +57,7 @@ const auto table = Rows(R"(
   | - ANALYSIS starttime @-1e-9 END | - ANALYSIS roomtemperature @-273.16 END | AMC ACTUATOR start @-1
   | AMC ACTUATOR frequency @-1 | AMC ACTUATOR duration @0
 119 SectionReader: Invalid proverty value provided. | AMC PIEZO start @214748364.8
+  | - ANALYSIS cellsize 1 timestep -0.0 END MATERIALS END CUBES count 1 format 0 data END END PIEZO start ~1000
 120 SectionReader: Invalid X coordinate value (or out of range). | AM1 CUBES count 2 format 0 ^data @32768 1 1 1
   | AMC2 SET id 1 count 2 ^data 1 1 1/@99999 1 1
 120 PiezoReader: Invalid X coordinate value (or out of range). | AMC PIEZO count 1 data @4294967297 1 i

@@ -15,7 +15,7 @@ using namespace support;
 namespace fs = std::filesystem;
 
 const std::string grid = "CUBES count 1 format 0 data 1 2 3 4 END END\n";
-constexpr ReadOptions cubesOnly = {true, true, Lexer::defaultBufferSize};
+constexpr ReadSettings cubesOnly = {true, true, Lexer::defaultBufferSize};
 
 TEST(Opening, FindsTheMainFileOrNamesIt) {
     const fs::path before = fs::current_path();
@@ -30,6 +30,7 @@ TEST(Opening, FindsTheMainFileOrNamesIt) {
     WriteFile("sub\\main", "include \"part.model\"");
     WriteFile("sub\\bad", "include \"none\" ");
     WriteFile("sub/m", Replaced(grid, "1 2 3 4", "9 2 3 4"));
+    fs::create_symlink("loop", "sub/loop");
     const std::string longest = std::string(258 - dir.size(), 'n');
     // A path, and where the cubes that are found begin, or the error.
     const std::pair<std::string, std::string> table[] = {
@@ -49,6 +50,8 @@ TEST(Opening, FindsTheMainFileOrNamesIt) {
         // The path is completed by the rule for includes, which takes a path from the root for a relative one.
         {"none.model", "103 Unable to open '" + dir + "/none.model' input file."},
         {"sub/none", "103 Unable to open '" + dir + "/sub/sub/none' input file."},
+        // Unless that cannot be known.
+        {"sub/loop", "103 Unable to open '" + dir + "/sub/loop' input file."},
         {"/none/x", "103 Unable to open '/none//none/x' input file."},
         {"//none/x", "103 Unable to open '//none/x' input file."},
         {"n", "103 Unable to open 'n' input file."},

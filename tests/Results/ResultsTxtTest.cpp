@@ -106,6 +106,8 @@ TEST(ResultsTxt, ReadsOrRefuses) {
 
 /// Something that takes a little less than a third of a block, and no memory.
 struct Third {
+    Third() = default;
+    Third(const Third&) = default;
     Third& operator=(const Third&) { return *this; }
     char bytes[349000];
 };

@@ -15,7 +15,7 @@
 
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Model/Model.h>
-#include <Orvalo3DReader/Reader/InputPlace.h>
+#include <Orvalo3DReader/Reader/ReadError.h>
 
 #include "Reader/ModelReader.h"
 #include "Support/ModelText.h"
@@ -76,7 +76,7 @@ inline std::vector<std::vector<std::string>> Rows(const std::string& table) {
     return rows;
 }
 
-struct ReadOptions {
+struct ReadSettings {
     bool cubesOnly = false;
     bool doublePrecision = true;
     std::size_t bufferSize = Lexer::defaultBufferSize;
@@ -93,24 +93,24 @@ struct Outcome {
     std::shared_ptr<Model> model = std::make_shared<Model>();
 };
 
-inline Outcome ReadPath(const std::string& path, const ReadOptions& options = {}) {
+inline Outcome ReadPath(const std::string& path, const ReadSettings& options = {}) {
     Outcome outcome;
     ModelReader reader(path, options.cubesOnly, options.bufferSize);
     try {
         reader.Execute(*outcome.model, options.doublePrecision);
-    } catch (const Exception& failure) {
+    } catch (const ReadError& failure) {
         outcome.code = failure.code();
         outcome.what = failure.what();
         outcome.file = failure.file();
         outcome.line = failure.line();
-        outcome.place = reader.FailurePlace();
-        outcome.row = reader.FailureRow();
+        outcome.place = failure.Place();
+        outcome.row = failure.Row();
     }
     return outcome;
 }
 
 /// Reads `text` as the file m.model.
-inline Outcome ReadText(std::string_view text, const ReadOptions& options = {}) {
+inline Outcome ReadText(std::string_view text, const ReadSettings& options = {}) {
     return ReadPath(WriteFile("m.model", text), options);
 }
 
