@@ -21,6 +21,11 @@ using namespace support;
 /// The last code that model files raise.
 constexpr int lastOfModels = 183;
 
+const std::string drive =
+    "ACTUATOR shape point position 1 1 1 input definition method force direction U type fullpulse waveform sine "
+    "envelope "
+    "none frequency 100 duration 20 phase 0 END\r\n";
+
 /// A piece of a model as a whole one. A property is put into the first section that has it; what a piece has not, of
 /// the sections that a model must have, is put before and after it, but where the lack of one is what it shows.
 std::string Completed(const std::string& piece, bool wholeFile) {
@@ -28,8 +33,8 @@ std::string Completed(const std::string& piece, bool wholeFile) {
     const std::string word = piece.substr(0, piece.find(' '));
     for (const std::string_view name : {"actuator", "sensor", "analysis"}) {
         const Section& section = sections[*WordList(sections).Find(name)];
-        if (!section.words().Has(word)) continue;
-        const std::string whole = Sections("AMCXS");
+        if (!section.words().Nearest(word)) continue;
+        const std::string whole = Sections("AMC") + drive + Sections("S");
         const std::size_t after = whole.find(section.name) + std::string_view(section.name).size();
         return whole.substr(0, after) + ' ' + piece + ' ' + whole.substr(after);
     }
@@ -41,13 +46,13 @@ std::string Completed(const std::string& piece, bool wholeFile) {
         begun = begun || has;
         if (!has) (begun ? after : before) += letter;
     }
-    return Sections(before) + piece + "\r\n" + Sections(after + "XS");
+    return Sections(before) + piece + "\r\n" + Sections(after) + drive + Sections("S");
 }
 
 /// Whether a rule is about results, or about what is no piece of a model.
 bool IsOfOtherThings(const Rule& rule) {
     static const std::set<std::string> others = {"foreign-mat-file", "model-as-results", "near-miss-header",
-                                                 "path-too-long"};
+                                                 "path-too-long", "unexpected-end-of-file"};
     return rule.code > lastOfModels || others.count(rule.name) != 0;
 }
 

@@ -82,14 +82,14 @@ TEST(Warnings, TellWhatWasLikelyNotMeant) {
         {"10 1 1 2 1 END", "9 1 1 2 1 END", "duplicate-cell 12:35+5 row 2 note 12:22, outside-grid 21:37+6 row 3"},
         // Numbers that are not taken as written; those that are refused are errors alone.
         {"1 3 1 1\n", "1 4294967299 00000000001 1\n", "wrapped-number 9:3+10 row 3"},
-        {"1 3 1 1\n", "1 3 1 4294967552\n", "error 150 9:7+10 row 3"},
+        {"1 3 1 1\n", "1 3 1 4294967552\n", "error 150 9:7+10 row 3 note"},
         {"position 9 1 1", "position 4294967305 1.75 1",
          "wrapped-number 19:34+10, truncated-fraction 19:45+4 fix 19:45 '1'"},
         {"2 1 \"aluminium\"", "2.5 1.9 \"aluminium\"",
          "truncated-fraction 4:1+3 fix 4:1 '2', truncated-fraction 4:5+3 fix 4:5 '1'"},
         {"SET id 3 ", "SET id 3e0 ", ""},
         {"position 9 1 1", "position 9.5e0+1 1", "truncated-fraction 19:34+5 fix 19:34 '9'"},
-        {"SENSOR id 1", "SENSOR id 0.5", "error 113 19:11+3"},
+        {"SENSOR id 1", "SENSOR id 0.5", "error 113 19:11+3 note"},
         // Places.
         {"position 1 1 1 input", "position -1 1 1 input", "outside-grid 13:31+6"},
         {"position 1 3 1 dir", "position 1 2 1 dir", "cell-without-cube 17:21+5"},
@@ -161,7 +161,8 @@ TEST(Warnings, FindRowsAgainAndEndAfterEnough) {
 // What a bad row leaves open is not told, and neither is what seems to be unused then.
 TEST(Warnings, KeepQuietAboutWhatErrorsLeaveOpen) {
     std::string text = support::Replaced(valid, "2 1 1 1\n", "2 1 x 1\n");
-    EXPECT_EQ(Check(support::Replaced(text, "10 1 1 2 1", "9 1 1 1 1")), "error 122 8:5+1 row 2");
+    EXPECT_EQ(Check(support::Replaced(text, "10 1 1 2 1", "9 1 1 1 1")),
+              "error 122 8:5+1 row 2 note, duplicate-cell 12:35+5 row 2 note 12:22");
 }
 
 TEST(Warnings, LeaveTheExampleAlone) {
