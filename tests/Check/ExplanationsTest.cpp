@@ -186,14 +186,14 @@ const Mistake mistakes[] = {
     {"table id 2", "table id 1", 161, "38:38", {"37 The ID was first", "38 -> 2"}},
     // Sections.
     {"table 7", "table 8", 177, "51:1", {"21 Table 8 is used", "tables: 7", "21 -> 7"}},
-    {"", "TABLE id 7 count 1 data 1 END END", 161, "49:31", {"27 The ID was first", "49 -> 8"}},
-    {"", "SENSOR id 1 shape point position 1 1 1 output U filename \"a\" END", 163, "49:62", {"40 The ID", "49 -> 2"}},
-    {"", "DUMP id 1 output U0 filename \"a\" END", 164, "49:34", {"46 The ID", "49 -> 2"}},
-    {"", "SET id 3 count 1 data 1 1 1 END END", 181, "49:29", {"46 The ID", "49 -> 4"}},
+    {"", "TABLE id 7 count 1 data 1 END END", 161, "51:31", {"27 The ID was first", "51 -> 8"}},
+    {"", "SENSOR id 1 shape point position 1 1 1 output U filename \"a\" END", 163, "51:62", {"40 The ID", "51 -> 2"}},
+    {"", "DUMP id 1 output U0 filename \"a\" END", 164, "51:34", {"46 The ID", "51 -> 2"}},
+    {"", "SET id 3 count 1 data 1 1 1 END END", 181, "51:29", {"47 The ID", "51 -> 4"}},
     {"",
      "PIEZO id 2 position 0 0 0 direction 1 0 0 method force count 1 data 0 0 i END END",
      162,
-     "49:79",
+     "51:79",
      {"31 A model has one PIEZO"}},
     {"", "CUBES count 1 format 0 data 1 1 1 1 END END", 141, "51:1", {"9 A model has one CUBES"}},
     {"MATERIALS\n",
@@ -201,7 +201,7 @@ const Mistake mistakes[] = {
      137,
      "5:1",
      {"MATERIALS is due", "5 MATERIALS stands here"}},
-    {"", "ACTUATOR enabled 0", 133, "50:1", {"49 ACTUATOR begins here, is switched off", "50 -> \nEND"}},
+    {"", "ACTUATOR enabled 0", 133, "52:1", {"51 ACTUATOR begins here, is switched off", "52 -> \nEND"}},
 };
 
 std::string Showed(const InputPlace& place, const std::string& text) {
