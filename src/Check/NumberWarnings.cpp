@@ -33,10 +33,10 @@ void WarnOfNumbers(Warnings& warnings) {
         std::string written = NumberIn(warnings.TokenAt(number.place), number.row > 0);
         const std::uint64_t length = written.size();
         if (written.size() > shownDigits) written = written.substr(0, shownDigits) + "...";
-        const std::string message =
-            number.more > 0 ? std::to_string(number.more) + " more of these in this section."
-            : wrapped       ? "The number " + written + " does not fit 32 bits and is read as " + taken + '.'
-                            : "A whole number is due here: " + written + " is cut off to " + taken + '.';
+        std::string message = wrapped ? "The number " : "A whole number is due here: ";
+        message.append(written).append(wrapped ? " does not fit 32 bits and is read as " : " is cut off to ");
+        message.append(taken).append(".");
+        if (number.more > 0) message = std::to_string(number.more) + " more of these in this section.";
         Diagnostic& added =
             warnings.Add(wrapped ? "wrapped-number" : "truncated-fraction", number.place, length, message);
         added.row = number.row;
