@@ -102,7 +102,7 @@ const std::vector<Subject>& Subjects() {
          }},
         {"MAT-file", Subject::ResultsFile, [](std::ofstream& file) { WriteMat(file, 8'000'000, 9, 1); }},
         {"MAT-file with spread rows", Subject::ResultsFile,
-         [](std::ofstream& file) { WriteMat(file, 1'000'000, 1, 2000); }},
+         [](std::ofstream& file) { WriteMat(file, 1'000'000, 1, 2001); }},
     };
     return subjects;
 }

@@ -4,7 +4,6 @@
 
 #include <Orvalo3DReader/Check/CheckModel.h>
 #include <Orvalo3DReader/Check/CheckOptions.h>
-#include <Orvalo3DReader/Check/CheckResults.h>
 #include <Orvalo3DReader/Check/Diagnostic.h>
 #include <Orvalo3DReader/Check/Rules.h>
 #include <Orvalo3DReader/Common/Exception.h>

@@ -39,7 +39,7 @@ void Keep(RepeatedCells& repeated, const RepeatedCell& cell, std::uint64_t most)
 class RepeatSearch {
 public:
     RepeatSearch(const CellList& list, const CellSurvey& survey, std::uint64_t most, std::size_t budget)
-        : list_(list), most_(most), numbers_(budget / 2, scatter_) {
+        : list_(list), most_(most), numbers_(budget / 4, scatter_) {
         const bool fits = survey.Volume() <= budget / 4 * 8;
         if (fits) bits_.emplace(survey.box);
         filter_.emplace(fits ? budget / 4 : budget / 2);
@@ -140,7 +140,7 @@ void Ask(const std::vector<PointList>& points, const Has& has, const Absent& abs
 class PointSearch {
 public:
     PointSearch(const std::vector<SurveyedCells>& cells, const std::vector<PointList>& points, std::size_t budget)
-        : cells_(cells), points_(points), numbers_(budget / 2, scatter_), filter_(budget / 2) {}
+        : cells_(cells), points_(points), numbers_(budget / 4, scatter_), filter_(budget / 2) {}
 
     void Run(const Absent& absent) {
         for (Place from; from.list < points_.size();) {
@@ -213,7 +213,7 @@ void FindAbsent(const std::vector<SurveyedCells>& cells, const std::vector<Point
         box = Union(box, some.survey.box);
         inOrder = inOrder && some.survey.Ascends();
     }
-    const bool fits = VolumeOf(box) <= budget * 8;
+    const bool fits = VolumeOf(box) <= budget * 6;
     if (inOrder && (asked <= few || !fits)) {
         const auto has = [&](const Point& point) {
             return std::any_of(cells.begin(), cells.end(),

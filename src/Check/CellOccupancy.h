@@ -11,7 +11,7 @@
 /// Which cells a grid has, and which of them twice, in little memory, however large the box around them.
 namespace orvalo {
 
-/// Bytes that the search may take, a power of two.
+/// Bytes of which a search may take three quarters, a power of two of at least 1 KiB.
 inline constexpr std::size_t occupancyBudget = std::size_t{16} << 20U;
 
 /// A row whose cell an earlier row has. Rows count from 0.

@@ -41,7 +41,9 @@ Bounds Union(const Bounds& a, const Bounds& b) {
 
 std::uint64_t VolumeOf(const Bounds& box) {
     if (!box.defined) return 0;
-    const auto length = [](short least, short most) { return static_cast<std::uint64_t>(most - least + 1); };
+    const auto length = [](short least, short most) {
+        return std::uint64_t{1} + static_cast<std::uint64_t>(most - least);
+    };
     return length(box.minX, box.maxX) * length(box.minY, box.maxY) * length(box.minZ, box.maxZ);
 }
 

@@ -66,6 +66,15 @@ std::string Shown(double number) {
     return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
 }
 
+std::string Joined(const std::vector<std::string_view>& words) {
+    std::string text;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (i > 0) text += i + 1 == words.size() ? " and " : ", ";
+        text += '\'' + std::string(words[i]) + '\'';
+    }
+    return text;
+}
+
 std::string Counted(std::uint64_t count, const char* what) {
     return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }

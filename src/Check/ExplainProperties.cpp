@@ -10,19 +10,6 @@
 
 namespace orvalo {
 
-namespace {
-
-std::string Joined(const std::vector<std::string_view>& words) {
-    std::string text;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        if (i > 0) text += i + 1 == words.size() ? " and " : ", ";
-        text += '\'' + std::string(words[i]) + '\'';
-    }
-    return text;
-}
-
-}  // namespace
-
 void ExplainMissingProperties(Diagnostic& diagnostic, ErrorCollector& errors) {
     const ReaderCore& core = errors.Core();
     const SectionRecord* const section = errors.CurrentSection();

@@ -3,6 +3,8 @@
 #include <limits>
 #include <string_view>
 
+#include <Orvalo3DReader/Common/ReaderMessages.h>
+
 #include "Check/ErrorCollector.h"
 #include "Check/Explanations.h"
 #include "Check/RowLists.h"
@@ -29,6 +31,32 @@ struct EndWord {
 constexpr const char* wholeNumbers =
     "The coordinates and the material of a row are whole numbers of digits alone: no sign, no point, no exponent.";
 
+/// A row with decimal points, of which the first is where the text begins: proposes whole numbers where they are some.
+void ExplainDecimals(Diagnostic& diagnostic, std::string_view text) {
+    diagnostic.length = std::min(text.find_first_not_of("0123456789", 1), text.size());
+    AddNote(diagnostic, wholeNumbers);
+    // What the point stands in is the coordinate before the one that the error is about; the material comes last.
+    const int code = diagnostic.code;
+    int points = code == ReaderMessages::InvalidYCoordinate.code   ? 3
+                 : code == ReaderMessages::InvalidZCoordinate.code ? 2
+                                                                   : 1;
+    std::string whole;
+    std::size_t at = 0;
+    for (std::size_t end = 0; points > 0 && at < text.size(); --points) {
+        const std::size_t digits = std::min(text.find_first_not_of("0123456789", at), text.size());
+        end = digits;
+        if (digits < text.size() && text[digits] == '.') {
+            end = std::min(text.find_first_not_of('0', digits + 1), text.size());
+        }
+        whole += text.substr(at, digits - at);
+        if (end < text.size() && (IsDigit(text[end]) || text[end] == '.')) return;
+        const std::size_t next = points == 1 ? end : std::min(text.find_first_not_of(" \t,", end), text.size());
+        whole += text.substr(end, next - end);
+        at = next;
+    }
+    diagnostic.fixes.push_back({diagnostic.place, at, whole});
+}
+
 /// Text that cannot be a whole number of a row. False where there is such a number.
 bool ExplainNoDigits(Diagnostic& diagnostic, ErrorCollector& errors) {
     std::size_t at = 0;
@@ -52,10 +80,7 @@ bool ExplainNoDigits(Diagnostic& diagnostic, ErrorCollector& errors) {
         AddNote(diagnostic, wholeNumbers);
         diagnostic.fixes.push_back({diagnostic.place, 1, ""});
     } else if (text.front() == '.' && afterDigit) {
-        const std::size_t end = std::min(text.find_first_not_of("0123456789", 1), text.size());
-        diagnostic.length = end;
-        AddNote(diagnostic, wholeNumbers);
-        if (text.substr(1, end - 1).find_first_not_of('0') == std::string_view::npos) AddFix(diagnostic, "");
+        ExplainDecimals(diagnostic, text);
     } else if (IsLetter(text.front()) && !afterDigit) {
         const RowList list = CurrentRows(errors);
         AddNote(diagnostic, "Here row " + std::to_string(diagnostic.row) + " goes on: a row is " + list.fields + '.');

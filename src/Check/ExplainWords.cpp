@@ -67,6 +67,8 @@ void ExplainMissingEnd(Diagnostic& diagnostic, ErrorCollector& errors) {
     const std::string name = section->section->name;
     AddNote(diagnostic, name + " begins here and has no END.", errors.record.PlaceOf(section->place), name.size());
     diagnostic.fixes.push_back({diagnostic.place, 0, "END\n"});
+    const std::string lacking = Joined(errors.Core().missing);
+    if (!lacking.empty()) AddNote(diagnostic, "It lacks " + lacking + " besides.");
 }
 
 }  // namespace

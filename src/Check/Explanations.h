@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <Orvalo3DReader/Check/Diagnostic.h>
 
@@ -96,6 +97,8 @@ void ExplainPath(Diagnostic& diagnostic, ErrorCollector& errors);
 bool ExplainNoNumber(Diagnostic& diagnostic, ErrorCollector& errors);
 /// The shortest text of a number.
 std::string Shown(double number);
+/// "'a', 'b' and 'c'".
+std::string Joined(const std::vector<std::string_view>& words);
 /// "1 row", "2 rows".
 std::string Counted(std::uint64_t count, const char* what);
 /// Whether what stands in the file could be a name without its quotes: then makes it the subject and quotes it.

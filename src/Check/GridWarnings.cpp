@@ -22,10 +22,10 @@ void WarnOfShortList(Warnings& warnings, const SectionRecord& section, std::uint
     const PropertyRecord* const count = CountOf(section);
     if (section.rowsRead >= declared || count == nullptr) return;
     const std::string read = std::to_string(section.rowsRead);
-    Diagnostic& added =
-        warnings.AddAt("cells-without-row", count->valuePlace,
-                       std::string(section.section->name) + " declares " + std::to_string(declared) + ' ' + what +
-                           ", but has rows for " + read + ". The others are left at 0 0 0.");
+    const std::string lacking = section.rowsRead > 0 ? "rows for " + read + ": the others" : "no rows: all";
+    Diagnostic& added = warnings.AddAt("cells-without-row", count->valuePlace,
+                                       std::string(section.section->name) + " declares " + std::to_string(declared) +
+                                           ' ' + what + ", but has " + lacking + " are left at 0 0 0.");
     if (section.rowsRead > 0) added.fixes.push_back({added.place, added.length, read});
     if (const PropertyRecord* const data = section.Find("data")) {
         warnings.AddNote(added, "The rows end here.", data->endPlace);

@@ -8,13 +8,12 @@ namespace orvalo {
 
 namespace {
 
-/// Where materials are defined, as far as they were read.
+/// Where a material is defined.
 const PropertyRecord* DefinitionOf(const Warnings& warnings, int number) {
     for (const SectionRecord& section : warnings.Record().sections) {
         if (section.section->word != "materials") continue;
         for (const PropertyRecord& row : section.properties) {
-            const bool isNumber = row.valueType == TokenType::Number;
-            if (isNumber && static_cast<std::int64_t>(row.value) == number) return &row;
+            if (row.valueType == TokenType::Number && std::trunc(row.value) == number) return &row;
         }
     }
     return nullptr;
@@ -59,7 +58,7 @@ void WarnOfTemperatures(Warnings& warnings) {
 }
 
 void WarnOfUnused(Warnings& warnings) {
-    if (warnings.AnyError()) return;
+    if (warnings.AnyError() || !warnings.gridIsWhole) return;
     const MaterialRepository& materials = warnings.model.materials;
     const std::bitset<256> used = UsedMaterials(warnings, true);
     for (int index = 1; index < static_cast<int>(materials.Count()); ++index) {

@@ -104,7 +104,10 @@ inline constexpr Rule warningRules[] = {
     {"courant-limit", Severity::Warning, 0,
      "In one time step the fastest wave passes more than a cell. A simulation is then likely unstable, or the units do "
      "not fit together: the time step is in microseconds.",
-     "ANALYSIS cellsize 0.5 timestep 5 END", "ANALYSIS cellsize 0.5 timestep 0.05 END"},
+     "ANALYSIS cellsize 0.5 timestep 5 END\n"
+     "MATERIALS 1 0 \"steel\" 7.85e-6 5.92e6 3.23e6 END",
+     "ANALYSIS cellsize 0.5 timestep 0.05 END\n"
+     "MATERIALS 1 0 \"steel\" 7.85e-6 5.92e6 3.23e6 END"},
     {"few-samples-per-period", Severity::Warning, 0,
      "A waveform has fewer than two samples in a period, so that its frequency cannot be told from lower ones.",
      "ACTUATOR\n"

@@ -1,5 +1,6 @@
 #include "Check/Warnings.h"
 
+#include <algorithm>
 #include <charconv>
 #include <iterator>
 
@@ -27,7 +28,8 @@ void Warnings::FindGrid() {
     const Cubes& cells = model.cubes;
     if (cubes != nullptr) add(cubes, {cells.CubesPtr(), cubeStride, cubes->rowsRead});
     if (damping != nullptr) add(damping, {cells.DampingCubesPtr(), dampingCubeStride, damping->rowsRead});
-    gridIsWhole = gridIsWhole && !grid.empty();
+    gridIsWhole = gridIsWhole &&
+                  std::any_of(grid.begin(), grid.end(), [](const GridPart& part) { return part.cells.list.count > 0; });
 }
 
 Diagnostic& Warnings::Add(const char* rule, const ReadPlace& place, std::uint64_t length, std::string message) {

@@ -55,7 +55,7 @@ public:
     RowPlaces rows;
     /// CUBES and DAMPING, if rows of them were read; the last DAMPING counts.
     std::vector<GridPart> grid;
-    /// Whether all of the grid was understood.
+    /// Whether there is a grid, and all of it was understood.
     bool gridIsWhole = false;
 
 private:

@@ -30,11 +30,11 @@ bool UnmapPages(void* start, std::size_t size) noexcept {
 }
 
 void DiscardPages(void* start, std::size_t size) noexcept {
-    static const auto pageSize = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-    const auto first = (reinterpret_cast<std::uintptr_t>(start) + pageSize - 1) / pageSize * pageSize;
-    const auto last = (reinterpret_cast<std::uintptr_t>(start) + size) / pageSize * pageSize;
+    static const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    const std::size_t before = (pageSize - reinterpret_cast<std::uintptr_t>(start) % pageSize) % pageSize;
+    if (size < before + pageSize) return;
     // Other advice than this one may leave the content in place until memory is short.
-    if (first < last) ::madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
+    ::madvise(static_cast<char*>(start) + before, (size - before) / pageSize * pageSize, MADV_DONTNEED);
 }
 
 InputFile::~InputFile() {

@@ -133,6 +133,7 @@ bool ReadProperties(ReaderCore& core, const Property<Target> (&table)[n], Target
             moveOn = property.takes != Takes::Words;
             if (core.recovery != nullptr) core.recovery->PropertyEnds();
         } catch (const Exception& failure) {
+            if (core.recovery != nullptr && row == n) given.Lacks(core, table, always);
             if (!core.Recovers(failure)) throw;
             if (row < n) given.Add(row);
             if (row < n) core.recovery->PropertyEnds();

@@ -44,6 +44,9 @@ std::string Told(const std::vector<Diagnostic>& diagnostics) {
         const bool isError = told.severity == Severity::Error;
         text += (text.empty() ? "" : ", ") + (isError ? "error " + std::to_string(told.code) : told.rule) + ' ' +
                 at(told.place) + '+' + std::to_string(told.length);
+        const std::size_t more = told.message.find(" more of these");
+        if (more != std::string::npos) text += " and " + told.message.substr(0, more);
+        for (const InputPlace& include : told.includedFrom) text += " in " + at(include);
         if (told.row > 0) text += " row " + std::to_string(told.row);
         for (const Note& note : told.notes) text += note.place.path.empty() ? " note" : " note " + at(note.place);
         for (const Fix& fix : told.fixes) text += " fix " + at(fix.place) + " '" + fix.replacement + '\'';
@@ -68,6 +71,8 @@ TEST(Warnings, TellWhatWasLikelyNotMeant) {
         {"", "", ""},
         // Rows that are missing, or given twice.
         {"CUBES count 4", "CUBES count 6", "cells-without-row 6:13+1 note 11:1 fix 6:13 '4'"},
+        {"1 1 1 1\n2 1 1 1\n1 3 1 1\n1 1 5 1\nEND END\nDAMPING count 2 data 9 1 1 1 0.5, 10 1 1 2 1 END END", "END END",
+         "cells-without-row 6:13+1 note 7:1"},
         {"DAMPING count 2", "DAMPING count 3", "cells-without-row 12:15+1 note 12:46 fix 12:15 '2'"},
         {"SET id 3 count 3", "SET id 3 count 9", "cells-without-row 21:16+1 note 21:44 fix 21:16 '3'"},
         {"1 1 1, 2 1 1, 10 1 1 END END\n", "END END\n", "empty-set 21:1+3"},
@@ -77,13 +82,14 @@ TEST(Warnings, TellWhatWasLikelyNotMeant) {
         {"10 1 1 2 1 END", "9 1 1 2 1 END", "duplicate-cell 12:35+5 row 2 note 12:22, outside-grid 21:37+6 row 3"},
         // Numbers that are not taken as written; those that are refused are errors alone.
         {"1 3 1 1\n", "1 4294967299 00000000001 1\n", "wrapped-number 9:3+10 row 3"},
-        {"1 3 1 1\n", "1 3 1 4294967552\n", "error 155 9:7+10 row 3"},
+        {"1 3 1 1\n", "1 3 1 4294967552\n", "error 150 9:7+10 row 3 note"},
         {"position 9 1 1", "position 4294967305 1.75 1",
          "wrapped-number 19:34+10, truncated-fraction 19:45+4 fix 19:45 '1'"},
         {"2 1 \"aluminium\"", "2.5 1.9 \"aluminium\"",
          "truncated-fraction 4:1+3 fix 4:1 '2', truncated-fraction 4:5+3 fix 4:5 '1'"},
         {"SET id 3 ", "SET id 3e0 ", ""},
-        {"SENSOR id 1", "SENSOR id 0.5", "error 113 19:11+3"},
+        {"position 9 1 1", "position 9.5e0+1 1", "truncated-fraction 19:34+5 fix 19:34 '9'"},
+        {"SENSOR id 1", "SENSOR id 0.5", "error 113 19:11+3 note"},
         // Places.
         {"position 1 1 1 input", "position -1 1 1 input", "outside-grid 13:31+6"},
         {"position 1 3 1 dir", "position 1 2 1 dir", "cell-without-cube 17:21+5"},
@@ -140,15 +146,23 @@ TEST(Warnings, FindRowsAgainAndEndAfterEnough) {
     std::string text = valid.substr(0, first) + "include \"warned.cubes\"" + valid.substr(valid.find("\nACTUATOR"));
     text = support::Replaced(text, "1 0 \"steel\" 7.85e-6 5.92e6 3.23e6\n2 1 \"aluminium\" 2.7e-6 7.0e7 0.33",
                              "2 2 \"epoxy\" 0 0 1.16e-6 -90 -9000 3.4e6 0 0.0004 0.36");
-    text = support::Replaced(text, "count 3 data", "count 30000 data\n");
-    for (int i = 0; i < 29997; ++i) text.insert(text.find("1 1 1, 2 1 1"), i % 10000 == 9998 ? "1 1 300\n" : "1 1 1\n");
-    EXPECT_EQ(Check(text, 2), "");
+    std::string points;
+    for (int i = 1; i < 29998; ++i) points += i % 7000 == 6999 ? "1 1 300\n" : "1 1 1\n";
+    text = support::Replaced(text, "count 3 data", "count 30000 data\n" + points);
+    EXPECT_EQ(Check(text, 2),
+              "duplicate-cell 34284:1+5 in 5:9 row 39996 note 7:1, duplicate-cell 34285:1+5 in 5:9 row 39997 note 8:1, "
+              "duplicate-cell 34286:1+5 and 3 in 5:9 row 39998, "
+              "outside-grid 7013:1+7 row 6999, outside-grid 14013:1+7 row 13999, "
+              "outside-grid 21013:1+7 and 2 row 20999");
+    // As many as are told of need no end.
+    EXPECT_EQ(Check(support::Replaced(valid, "count 3 data", "count 4 data 1 1 9,"), 1), "outside-grid 21:23+5 row 1");
 }
 
 // What a bad row leaves open is not told, and neither is what seems to be unused then.
 TEST(Warnings, KeepQuietAboutWhatErrorsLeaveOpen) {
     std::string text = support::Replaced(valid, "2 1 1 1\n", "2 1 x 1\n");
-    EXPECT_EQ(Check(support::Replaced(text, "table 7", "table 8")), "");
+    EXPECT_EQ(Check(support::Replaced(text, "10 1 1 2 1", "9 1 1 1 1")),
+              "error 122 8:5+1 row 2 note, duplicate-cell 12:35+5 row 2 note 12:22");
 }
 
 TEST(Warnings, LeaveTheExampleAlone) {

@@ -111,12 +111,15 @@ const TokensRow tokensTable[] = {
     {"ab.5 ab-5 ab=c ab\"c\"", " ab .5 ab -5 ab = c ab \"c\" $"},
     {"ab$c\nd%e\n1;2\n", " ab c d e 1 2 $"},
     {"5=6\"a\"7+8%", " 5 = 6 \"a\" 7 +8 $"},
+    // "A sign begins the next number: `1e5-3` is 1e5 and -3."
     {"1e5-3 1.5+3 5.-3 7-3", " 1e5 -3 1.5 +3 5. -3 7 -3 $"},
     {"\"include\" \"no.such\"", " \"include\" \"no.such\" $"},
     {"- \t,5 + .5 - , 7.25E2", " -5 +.5 -7.25e2 $"},
     {"1E+2 1e-2 5. .5 5.e1 +.5e-3\n", " 1e+2 1e-2 5. .5 5.e1 +.5e-3 $"},
     {"12345678901234567890 1e-320 9007199254740993 0.3", " 12345678901234567890 1e-320 9007199254740993 0.3 $"},
     {"$\xff\x01#\"\n=", " = $"},
+    // "A byte of value 0 ends the file, even within a comment."
+    {"a ;b\0\nc"s, " a $"},
 };
 
 const std::pair<int, std::vector<std::string>> failingTexts[] = {
@@ -127,7 +130,8 @@ const std::pair<int, std::vector<std::string>> failingTexts[] = {
     {107, {". ", ".e5", "+", "+a", "--5", "+=", "+%", "+\""}},
     {108, {"\"a", "\"a\0\""s, "1e", "1e+", "."}},
     {109, {"\"a\n", "\"a\r", "1e\n", "1e+\r", ".\n", "+\n"}},
-    {110, {"include 5", "include include"}},
+    // "No `=` stands after `include`."
+    {110, {"include 5", "include include", "include = \"tokens\""}},
     {111, {"Include\"tokens\""}},
 };
 

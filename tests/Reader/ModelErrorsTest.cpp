@@ -146,6 +146,7 @@ const auto table = Rows(R"(
   | AMCS PIEZO id 1 position 0 0 0 direction 0 0 1 method force count 1 data 0 0 t 8 9 5 END END\@
 177 Reader: Table #1 is needed, but it is not defined.
   | AMCSW ACTUATOR shape point position 1 1 1 input wave method force table 5 END\@
+  | AMCSX ACTUATOR table 1 enabled 0 END\@
 178 ReaderMisc: Unknown keyword. | - ANALYSIS @cells 1 | - ANALYSIS cellsize 1\@ | AM CUBES @id 5
   | AMC DAMPING count 1 @format | AMC PIEZO @shape | AMC SENSOR output @X | AMC DUMP output u0 @u3
   | AMC DUMP @shape point

@@ -66,6 +66,8 @@ T | END TABLE id = 2147483647.9 count 1 data 9 END | requires 2147483647 1/table
 P | id 3 position 1 2 -3 direction 0 1 0 method absolute amplitude 2.5 start 1
   | piezo 1 2 -3 3/along 0 1 0/with -10 2 2.5 0 1
 P | direction 1 0 0 start 5 start 0 | along 1 0 0
+// "In a PIEZO each `data` and `table` still has an END of its own"; "A disabled PIEZO does not count"
+P | END PIEZO enabled 0 data x END table y END 5
 P | table id 70001 count 2 data 1 2 END END count = 4 data 5 0 T 70001 5 6  -1 0 i  0 1 i  -32768 32767.9 t 5 6 5 END
   table id 5 count 2 data 3 4 END END table id 6 count 2 data 5 6 END END
   | with 0 1 1 2 4/5 5 0 4465 5 6/65535 -1 0 0 0 0/65536 0 1 0 0 0/2147450880 -32768 32767 5 6 5/uses 5 1/uses 6 1

@@ -14,8 +14,8 @@ using Shape = RowShape<3>;
 /// A row of three numbers, with the gap before it and whatever is after it.
 struct Row {
     explicit Row(const std::string& text, char separator = ' ')
-        : padded("?" + text + std::string(80, '7')),
-          start(padded.data() + 1),
+        : padded("????" + text + std::string(80, '7')),
+          start(padded.data() + 4),
           end(start + text.size()),
           masks(ClassifyRows(start, text.size(), separator)),
           gap(RowGapAt(start, separator)),
