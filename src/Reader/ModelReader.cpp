@@ -52,8 +52,11 @@ void ModelReader::Execute(Model& model, bool doublePrecision) {
 
 void ModelReader::Read(Model& model, bool doublePrecision) {
     core_.lexer.stopFlag.Check();
-    SetPath();
-    OpenMainFile();
+    const bool open = core_.Attempt([&] {
+        SetPath();
+        OpenMainFile();
+    });
+    if (!open) return;
     const ModelReading reading{model, doublePrecision, cubesOnly_, progress_};
     if (cubesOnly_) {
         ReadOnlyCubes(reading);

@@ -45,7 +45,7 @@ class Examples(unittest.TestCase):
         return path
 
     def check_model(self, text):
-        done = subprocess.run([TOOL, 'check', self.write('page.model', text)], capture_output=True, text=True)
+        done = subprocess.run([TOOL, 'check', '--no-warnings', self.write('page.model', text)], capture_output=True, text=True)
         self.assertEqual((done.returncode, done.stderr), (0, ''), text)
 
     def check_value(self, path, column, cell, expected):

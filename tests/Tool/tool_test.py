@@ -18,22 +18,38 @@ import jsonschema
 TOOL = os.environ["ORVALO"]
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 
-HEAD = 'ANALYSIS cellsize 1 timestep 0.1 END\nMATERIALS 1 0 "a" 1 2 1  2 2 "b" 0 0 1 0 0 1 0 0 0.3 END\n'
-TAIL = 'ACTUATOR shape point position 1 1 1 input wave table 5 method force END\n' \
+HEAD = 'ANALYSIS cellsize 1 timestep 0.1 END\nMATERIALS 1 0 "a" 1 2 1 END\n'
+TAIL = 'ACTUATOR shape point position 1 1 1 direction U input wave table 5 method force END\n' \
        'TABLE id 5 count 2 data 0 1 END END\nSENSOR id 1 shape point position 1 1 1 output U filename "s" END\n'
 CUBES = 'CUBES count 2 format 0 data 1 1 1 1 2 1 1 1 END END\n'
 GOOD = HEAD + CUBES + TAIL
-BAD = 'ANALYSIS\n\tcellsize\t-1\nEND\n'
+WARM = GOOD.replace('2 1 END', '2 1  2 2 "b" 0 0 1 0 0 1 0 0 0.3 END').replace('2 1 1 1 END', '2 1 1 2 END')
+BAD = GOOD.replace(' cellsize 1', '\n\tcellsize\t-1\n')
 BAD_TEXT = ('bad.model:2:11: error: Invalid proverty value provided. [119]\n'
             '    2 |         cellsize        -1\n'
-            '      |                         ^~\n')
+            '      |                         ^~\n'
+            "bad.model:2:11: note: The value of 'cellsize' must be above 0.\n")
 ONE = '1 error in 1 file\n'
+WARNING = """w.model:2:26: warning: Missing temperatures for temperature-dependent definition of material #2. Room temperature \
+(25.0 deg C) assumed. [missing-temperatures]
+    2 | MATERIALS 1 0 "a" 1 2 1  2 2 "b" 0 0 1 0 0 1 0 0 0.3 END
+      |                          ^
+w.model:3:22: note: With 'format 1' each row ends with a temperature.
+    3 | CUBES count 2 format 0 data 1 1 1 1 2 1 1 2 END END
+      |                      ^
+"""
 RESULTS = 'x\ty\tz\tf\tux\tuy\n1\t2\t3\t0\t0.1\t-2.5e-3\n65535\t2\t3\t0\tnan\t7\n'
 
 # What is asked of the tool: name, files, arguments, exit status, standard output and error. A compiled pattern is
 # searched for, a text must match whole.
 CASES = [
     ('nothing to say about good files', {'good.model': GOOD, 'r.txt': RESULTS}, 'check good.model r.txt', 0, '', ''),
+    ('a warning, by its rule', {'w.model': WARM}, 'check w.model', 0, '', WARNING + '1 warning in 1 file\n'),
+    ('warnings that are not wanted', {'w.model': WARM}, 'check --no-warnings w.model', 0, '', ''),
+    ('a warning that is not wanted', {'w.model': WARM}, 'check --disable missing-temperatures w.model', 0, '', ''),
+    ('a warning that is an error', {'w.model': WARM}, 'check --warnings=error w.model', 1, '',
+     WARNING.replace('warning:', 'error:') + ONE),
+    ('an error that is not wanted', {'w.model': WARM}, 'check --disable unknown-keyword w.model', 2, '', re.compile('is an error')),
     ('mark below tabs', {'bad.model': BAD}, 'check bad.model', 1, '', BAD_TEXT + ONE),
     ('long lines are cut on both sides', {'bad.model': HEAD + 'CUBES' + ' ' * 300 + 'bogus ' + 'count 1 ' * 300},
      'check --first bad.model', 1, '', re.compile(r'\n    3 \| \.\.\. {50}bogus (count 1 ){6}co\.\.\.\n      \| {54}\^~~~~\n')),
@@ -46,17 +62,17 @@ CASES = [
     3 \| 2 1 1 7
       \|       \^
 (.*\n)*d/part\.cubes:3:7: note: in row 2 of the data
-d/main\.model:3:2: note: included from here
+d/main\.model:3:10: note: included from here
 1 error in 1 file
 $""")),
     ('the mended line, several errors, several files',
-     {'a': 'ANALYSIS celsize 1 timestep .1 END\n' + HEAD.split('\n', 1)[1] + CUBES + TAIL.replace('METHOD', 'x').replace('input', 'inptu'),
+     {'a': 'ANALYSIS celsize 1 timestep .1 END\n' + HEAD.split('\n', 1)[1] + CUBES + TAIL.replace('input', 'inptu'),
       'b': BAD}, 'check a b', 1, '', re.compile(r"""^a:1:10: error: Unknown keyword\. \[178\]
     1 \| ANALYSIS celsize 1 timestep \.1 END
       \|          \^~~~~~~
   fix \| ANALYSIS cellsize 1 timestep \.1 END
       \|          ~~~~~~~~
-(.*\n)*a:4:38: error:(.*\n)*  fix \| .* input (.*\n)*b:2:11: error:(.*\n)*3 errors in 2 files
+(.*\n)*a:4:49: error:(.*\n)*  fix \| .* input (.*\n)*b:2:11: error:(.*\n)*3 errors in 2 files
 $""")),
     ('only the first of several errors', {'a': BAD.replace('END', 'bogus')}, 'check --first a', 1, '',
      re.compile(r'^a:2:11: (.*\n)*1 error in 1 file\n$')),
@@ -75,8 +91,10 @@ $""")),
     ('a file alone', {'good.model': GOOD}, 'good.model', 0, re.compile(r'^good\.model: model, read in [0-9.]+ ms\n'), ''),
     ('options alone', {'good.model': GOOD}, '--no-timing good.model', 0, re.compile(r'^good\.model: model\n'), ''),
     ('an unknown command', {}, 'chekc x', 2, '', "orvalo: 'chekc' is neither a command nor a file. Did you mean 'check'?\n"),
+    ('a rule', {}, 'check --explain unknown-keyword', 0, re.compile(r'^unknown-keyword \(error 178\)\n\n(.*\n)*Bad:\n    (.*\n)*Good:\n    '), ''),
+    ('the rules of a code', {}, 'check --explain 151', 0, re.compile(r' \(error 151\)\n'), ''),
     ('an unknown rule', {}, 'check --explain bogus', 2, '', re.compile("^orvalo: there is no rule 'bogus'")),
-    ('an unknown rule to disable', {'a': GOOD}, 'check --disable bogus a', 2, '', re.compile('there is no rule bogus')),
+    ('an unknown rule to disable', {'a': GOOD}, 'check --disable unused-materials a', 2, '', re.compile('did you mean unused-material\\?')),
     ('markdown of files', {'a': GOOD}, 'check --format=markdown a', 2, '', re.compile('markdown is for --explain')),
     ('standard input forever', {}, 'check --watch -', 2, '', re.compile('cannot be watched')),
     ('results cut short', {'r.txt': RESULTS + '1\t2\t3\n'}, 'check r.txt', 1, '',
@@ -193,10 +211,10 @@ class ToolTest(unittest.TestCase):
                            'path': 'bad.model', 'line': 5, 'column': 5, 'offset': offset, 'length': 5, 'row': 2}.items():
             self.assertEqual(bad['problems'][0][key], value, key)
         keyword, *others = misspelt['problems']
-        self.assertEqual(keyword['includedFrom'], [{'path': 'w.model', 'line': 3, 'column': 1}])
+        self.assertEqual(keyword['includedFrom'], [{'path': 'w.model', 'line': 3, 'column': 9}])
         self.assertEqual(keyword['fixes'], [{'path': 'w.cubes', 'offset': 23, 'length': 3, 'replacement': 'data'}])
         self.assertTrue({'data', 'count'} <= set(keyword['expected']))
-        self.assertEqual([(problem['line'], problem['row']) for problem in others], [(4, None), (5, None)])
+        self.assertEqual([(problem['line'], problem['row']) for problem in others], [(4, None), (6, None)])
         self.assertEqual((results['kind'], results['ok'], results['problems']), ('results', True, []))
         self.assertEqual((missing['ok'], missing['problems'][0]['code'], missing['problems'][0]['line']), (False, 103, None))
 
@@ -214,7 +232,8 @@ class ToolTest(unittest.TestCase):
                 'frequency 7 duration .35 phase 45 END '
         good = GOOD.replace('0.1 END', '0.1 starttime .7 END', 1).replace('count 2 data 0 1', 'count 3 data 0 1 0')
         good = good.replace('force END', 'force start .6 direction V factorv .5 processing invert END ' + pulse)
-        self.write({'good.model': good.replace('"s"', '"s" notation decimal'), 'r.txt': RESULTS, 'bad.model': BAD})
+        good = good.replace('2 1 END', '2 1  2 2 "b" 0 0 1 0 0 1 0 0 0.3 END').replace('"s"', '"s" notation decimal')
+        self.write({'good.model': good, 'r.txt': RESULTS, 'bad.model': BAD})
         model, results, bad = self.run_json('info good.model r.txt bad.model', 1)
         self.assertEqual(model['grid']['x'], {'min': 1, 'max': 2, 'cubes': 2, 'length': 2.0})
         self.assertEqual([(m['number'], m['cubes'], m['vp']) for m in model['materials'][:1]], [(1, 2, 2.0)])
@@ -298,7 +317,7 @@ class ToolTest(unittest.TestCase):
 
         feeder = threading.Thread(target=feed, daemon=True)
         feeder.start()
-        received = self.run_on_terminal('check slow.model')
+        received = self.run_on_terminal('check --no-warnings slow.model')
         feeder.join()
         self.assertRegex(received, r'\r\033\[K\[#+\.+\]  50%  slow\.model')
         self.assertTrue(received.endswith('slow.model\r\033[K'), received)

@@ -1,7 +1,6 @@
 #include "CheckedFile.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -13,7 +12,6 @@
 #include <vector>
 
 #include <Orvalo3DReader/Check/CheckModel.h>
-#include <Orvalo3DReader/Check/CheckResults.h>
 #include <Orvalo3DReader/Check/Rules.h>
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Common/ReaderMessages.h>
@@ -64,17 +62,18 @@ std::vector<Diagnostic> CheckAsModel(const Input& input, orvalo::CheckOptions op
     unsigned long long cubesRead = 0;
     options.cubesRead = &cubesRead;
     const std::uint64_t declared = IsTerminal(stderr) ? DeclaredCubes(input.Path()) : 0;
-    const ProgressBar bar(input.Name(), [&] {
-        return ProgressBar::State{std::atomic_ref(cubesRead).load(std::memory_order_relaxed), declared};
-    });
+    const ProgressBar bar(input.Name(), [&] { return CubesState(cubesRead, declared); });
     return orvalo::CheckModel(input.Path(), options);
 }
 
-std::vector<Diagnostic> CheckAsResults(const Input& input, const orvalo::CheckOptions& options) {
-    const ProgressBar bar(input.Name(), [] { return ProgressBar::State{}; });
-    std::vector<Diagnostic> found = orvalo::CheckResults(input.Path(), options);
-    if (found.empty()) orvalo::ReadResults(input.Path());
-    return found;
+// Of results there is no more to tell than what the reader throws.
+std::vector<Diagnostic> CheckAsResults(const Input& input) {
+    float percent = 0.0F;
+    orvalo::ReadOptions options;
+    options.percentRead = &percent;
+    const ProgressBar bar(input.Name(), [&] { return PercentState(percent); });
+    orvalo::ReadResults(input.Path(), options);
+    return {};
 }
 
 void Judge(std::vector<Diagnostic>& diagnostics, const CheckSettings& settings) {
@@ -125,7 +124,7 @@ void Check(CheckedFile& file, const CheckSettings& settings) {
     options.firstOnly = settings.firstOnly;
     try {
         file.diagnostics =
-            file.kind == FileKind::model ? CheckAsModel(file.input, options) : CheckAsResults(file.input, options);
+            file.kind == FileKind::model ? CheckAsModel(file.input, options) : CheckAsResults(file.input);
     } catch (const orvalo::Exception& exception) {
         file.Add(exception);
     }

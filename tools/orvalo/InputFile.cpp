@@ -1,7 +1,6 @@
 #include "InputFile.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
@@ -50,9 +49,7 @@ void ReadModel(InputFile& file, bool cubesOnly) {
     orvalo::ReadOptions options;
     options.cubesOnly = cubesOnly;
     options.cubesRead = &cubesRead;
-    const ProgressBar bar(input.Name(), [&] {
-        return ProgressBar::State{std::atomic_ref(cubesRead).load(std::memory_order_relaxed), declared};
-    });
+    const ProgressBar bar(input.Name(), [&] { return CubesState(cubesRead, declared); });
     try {
         const Stopwatch stopwatch(file.seconds);
         file.model = std::make_unique<orvalo::Model>(orvalo::ReadModel(input.Path(), options));
@@ -68,15 +65,12 @@ void ReadResults(InputFile& file) {
     float percent = 0.0F;
     orvalo::ReadOptions options;
     options.percentRead = &percent;
-    const ProgressBar bar(input.Name(), [&] {
-        const float done = std::atomic_ref(percent).load(std::memory_order_relaxed);
-        return ProgressBar::State{static_cast<std::uint64_t>(done), 100};
-    });
+    const ProgressBar bar(input.Name(), [&] { return PercentState(percent); });
     try {
         const Stopwatch stopwatch(file.seconds);
         file.results = orvalo::ReadResults(input.Path(), options);
-    } catch (const orvalo::Exception&) {
-        Check(file.checked, CheckSettings());
+    } catch (const orvalo::Exception& exception) {
+        file.checked.Add(exception);
     }
 }
 

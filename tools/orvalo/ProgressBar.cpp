@@ -1,6 +1,7 @@
 #include "ProgressBar.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -63,4 +64,12 @@ void ProgressBar::Draw() const {
     const std::string line = fmt::format("{}  {}", ShownState(state_()), label_).substr(0, TerminalWidth(stderr) - 1);
     std::fputs((eraseLine + line).c_str(), stderr);
     std::fflush(stderr);
+}
+
+ProgressBar::State CubesState(unsigned long long& cubesRead, std::uint64_t declared) {
+    return {std::atomic_ref(cubesRead).load(std::memory_order_relaxed), declared};
+}
+
+ProgressBar::State PercentState(float& percent) {
+    return {static_cast<std::uint64_t>(std::atomic_ref(percent).load(std::memory_order_relaxed)), 100};
 }

@@ -34,3 +34,7 @@ private:
     bool stopped_ = false;
     std::thread thread_;
 };
+
+/// The state by a counter of cubes or by percents that the library stores from the reading thread.
+ProgressBar::State CubesState(unsigned long long& cubesRead, std::uint64_t declared);
+ProgressBar::State PercentState(float& percent);

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <future>
 #include <limits>
 #include <optional>
 #include <string>
@@ -28,23 +28,57 @@ std::vector<std::string> AllNames(const orvalo::Results& results) {
     return text == nullptr ? std::vector<std::string>() : text->ColumnNames();
 }
 
-ResultsSummary::Column SummarizeColumn(const orvalo::Results& results, unsigned int col) {
-    ResultsSummary::Column column;
-    column.least = std::numeric_limits<double>::infinity();
-    column.greatest = -column.least;
-    long double sum = 0.0L;
+// Each entry takes a call into the library. So a block of them is fetched first, and then worked on in registers.
+constexpr unsigned int blockRows = 1024;
+
+/// Calls `work` with the first row and the number of rows of each block.
+template <typename Work>
+void ForEachBlock(const orvalo::Results& results, const Work& work) {
     const unsigned int rows = results.RowCount();
-    for (unsigned int row = 0; row < rows; ++row) {
-        const double value = results.ValueGet(col, row);
-        if (std::isnan(value)) {
-            ++column.notNumbers;
-            continue;
-        }
-        column.least = std::min(column.least, value);
-        column.greatest = std::max(column.greatest, value);
-        sum += value;
+    for (unsigned int first = 0, count = 0; first < rows; first += count) {
+        count = std::min(blockRows, rows - first);
+        work(first, count);
     }
-    const std::size_t numbers = rows - column.notNumbers;
+}
+
+/// Least, greatest and sum of some values that are numbers.
+struct Extent {
+    static constexpr double infinity = std::numeric_limits<double>::infinity();
+
+    void Take(double value) {
+        const bool number = value == value;
+        least = value < least ? value : least;
+        greatest = value > greatest ? value : greatest;
+        sum += number ? value : 0.0;
+        numbers += number ? 1 : 0;
+    }
+
+    double least = infinity;
+    double greatest = -infinity;
+    double sum = 0.0;
+    std::size_t numbers = 0;
+};
+
+ResultsSummary::Column SummarizeColumn(const orvalo::Results& results, unsigned int col) {
+    std::array<double, blockRows> values;
+    ResultsSummary::Column column;
+    column.least = Extent::infinity;
+    column.greatest = -Extent::infinity;
+    long double sum = 0.0L;
+    std::size_t numbers = 0;
+    ForEachBlock(results, [&](unsigned int first, unsigned int count) {
+        for (unsigned int i = 0; i < count; ++i) values[i] = results.ValueGet(col, first + i);
+        // Several at once, for each waits for the one before.
+        std::array<Extent, 4> lanes;
+        for (unsigned int i = 0; i < count; ++i) lanes[i % lanes.size()].Take(values[i]);
+        for (const Extent& lane : lanes) {
+            column.least = std::min(column.least, lane.least);
+            column.greatest = std::max(column.greatest, lane.greatest);
+            sum += lane.sum;
+            numbers += lane.numbers;
+        }
+    });
+    column.notNumbers = results.RowCount() - numbers;
     constexpr double none = std::numeric_limits<double>::quiet_NaN();
     if (numbers == 0) column.least = column.greatest = none;
     column.mean = numbers == 0 ? none : static_cast<double>(sum / static_cast<long double>(numbers));
@@ -59,82 +93,106 @@ Key CoordinateBits(int coordinate) {
     return static_cast<Key>(coordinate + (1 << (coordinateBits - 1)));
 }
 
-/// Counts distinct cells. Rows mostly come in the order of their cells, by one axis or the other: then it is enough
-/// that none is twice in a row.
-class CellCounter {
-public:
-    CellCounter(const orvalo::Results& results, const ResultsSummary::Box& box) : results_(results), box_(box) {}
+Key KeyOf(int first, int second, int third) {
+    return (CoordinateBits(first) << (2 * coordinateBits)) | (CoordinateBits(second) << coordinateBits) |
+           CoordinateBits(third);
+}
 
-    std::uint64_t Count() const {
-        const unsigned int rows = results_.RowCount();
-        if (Ascending({0, 1, 2}) || Ascending({2, 1, 0})) return rows;
-        constexpr std::uint64_t mostBitsPerRow = 64;
-        return box_.cells <= mostBitsPerRow * rows ? CountByBits() : CountBySorting();
+/// The coordinates of a block of rows.
+class CoordinateBlock {
+public:
+    void Fetch(const orvalo::Results& results, unsigned int first, unsigned int count) {
+        for (unsigned int axis = 0; axis < axes_.size(); ++axis) {
+            for (unsigned int i = 0; i < count; ++i) axes_[axis][i] = results.IndexGet(axis, first + i);
+        }
     }
+    const std::array<int, blockRows>& operator[](std::size_t axis) const { return axes_[axis]; }
+    Key KeyByX(std::size_t i) const { return KeyOf(axes_[0][i], axes_[1][i], axes_[2][i]); }
+    Key KeyByZ(std::size_t i) const { return KeyOf(axes_[2][i], axes_[1][i], axes_[0][i]); }
 
 private:
-    Key KeyOf(unsigned int row, const std::array<unsigned int, 3>& axes) const {
-        Key key = 0;
-        for (const unsigned int axis : axes)
-            key = (key << coordinateBits) | CoordinateBits(results_.IndexGet(axis, row));
-        return key;
-    }
-
-    bool Ascending(const std::array<unsigned int, 3>& axes) const {
-        Key last = KeyOf(0, axes);
-        for (unsigned int row = 1; row < results_.RowCount(); ++row) {
-            const Key key = KeyOf(row, axes);
-            if (key <= last) return false;
-            last = key;
-        }
-        return true;
-    }
-
-    std::uint64_t CountByBits() const {
-        std::vector<bool> taken(box_.cells);
-        std::uint64_t count = 0;
-        for (unsigned int row = 0; row < results_.RowCount(); ++row) {
-            std::size_t cell = 0;
-            for (unsigned int axis = 0; axis < axisNames.size(); ++axis) {
-                const auto [first, last] = box_.axes[axis];
-                cell = cell * static_cast<std::size_t>(last - first + 1) +
-                       static_cast<std::size_t>(results_.IndexGet(axis, row) - first);
-            }
-            if (taken[cell]) continue;
-            taken[cell] = true;
-            ++count;
-        }
-        return count;
-    }
-
-    std::uint64_t CountBySorting() const {
-        std::vector<Key> keys(results_.RowCount());
-        for (unsigned int row = 0; row < keys.size(); ++row) keys[row] = KeyOf(row, {0, 1, 2});
-        std::sort(keys.begin(), keys.end());
-        return static_cast<std::uint64_t>(std::unique(keys.begin(), keys.end()) - keys.begin());
-    }
-
-    const orvalo::Results& results_;
-    const ResultsSummary::Box& box_;
+    std::array<std::array<int, blockRows>, 3> axes_;
 };
+
+/// What one pass over the coordinates of all rows tells.
+struct CoordinateScan {
+    std::array<ResultsSummary::Axis, 3> axes;
+    /// Whether every row has a greater cell than the one before, by x, y, z or by z, y, x: no cell is there twice then.
+    bool ascending = false;
+};
+
+CoordinateScan Scan(const orvalo::Results& results) {
+    CoordinateScan scan;
+    scan.axes.fill({std::numeric_limits<int>::max(), std::numeric_limits<int>::min()});
+    bool byX = true;
+    bool byZ = true;
+    Key lastByX = 0;
+    Key lastByZ = 0;
+    CoordinateBlock block;
+    ForEachBlock(results, [&](unsigned int first, unsigned int count) {
+        block.Fetch(results, first, count);
+        for (std::size_t axis = 0; axis < scan.axes.size(); ++axis) {
+            ResultsSummary::Axis range = scan.axes[axis];
+            for (unsigned int i = 0; i < count; ++i) {
+                range.first = std::min(range.first, block[axis][i]);
+                range.last = std::max(range.last, block[axis][i]);
+            }
+            scan.axes[axis] = range;
+        }
+        byX &= first == 0 || lastByX < block.KeyByX(0);
+        byZ &= first == 0 || lastByZ < block.KeyByZ(0);
+        for (unsigned int i = 1; i < count; ++i) {
+            byX &= block.KeyByX(i - 1) < block.KeyByX(i);
+            byZ &= block.KeyByZ(i - 1) < block.KeyByZ(i);
+        }
+        lastByX = block.KeyByX(count - 1);
+        lastByZ = block.KeyByZ(count - 1);
+    });
+    scan.ascending = byX || byZ;
+    return scan;
+}
+
+std::uint64_t CountByBits(const orvalo::Results& results, const ResultsSummary::Box& box) {
+    const auto [xs, ys, zs] = box.axes;
+    const auto width = static_cast<std::size_t>(ys.last - ys.first + 1);
+    const auto depth = static_cast<std::size_t>(zs.last - zs.first + 1);
+    std::vector<bool> taken(box.cells);
+    std::uint64_t count = 0;
+    CoordinateBlock block;
+    ForEachBlock(results, [&](unsigned int firstRow, unsigned int rows) {
+        block.Fetch(results, firstRow, rows);
+        for (unsigned int i = 0; i < rows; ++i) {
+            const std::size_t column = static_cast<std::size_t>(block[0][i] - xs.first) * width +
+                                       static_cast<std::size_t>(block[1][i] - ys.first);
+            const std::size_t cell = column * depth + static_cast<std::size_t>(block[2][i] - zs.first);
+            count += taken[cell] ? 0 : 1;
+            taken[cell] = true;
+        }
+    });
+    return count;
+}
+
+std::uint64_t CountBySorting(const orvalo::Results& results) {
+    std::vector<Key> keys(results.RowCount());
+    for (unsigned int row = 0; row < keys.size(); ++row) {
+        keys[row] = KeyOf(results.IndexGet(0, row), results.IndexGet(1, row), results.IndexGet(2, row));
+    }
+    std::sort(keys.begin(), keys.end());
+    return static_cast<std::uint64_t>(std::unique(keys.begin(), keys.end()) - keys.begin());
+}
 
 std::optional<ResultsSummary::Box> FindBox(const orvalo::Results& results) {
     const unsigned int rows = results.RowCount();
     if (rows == 0 || results.IndicesColCount() < axisNames.size()) return std::nullopt;
+    const CoordinateScan scan = Scan(results);
     ResultsSummary::Box box;
+    box.axes = scan.axes;
     box.cells = 1;
-    for (unsigned int axis = 0; axis < axisNames.size(); ++axis) {
-        int first = results.IndexGet(axis, 0);
-        int last = first;
-        for (unsigned int row = 1; row < rows; ++row) {
-            const int coordinate = results.IndexGet(axis, row);
-            first = std::min(first, coordinate);
-            last = std::max(last, coordinate);
-        }
-        box.axes[axis] = {first, last};
-        box.cells *= static_cast<std::uint64_t>(last - first) + 1;
-    }
-    box.covered = CellCounter(results, box).Count();
+    for (const auto& [first, last] : box.axes) box.cells *= static_cast<std::uint64_t>(last - first) + 1;
+    constexpr std::uint64_t mostBitsPerRow = 64;
+    box.covered = scan.ascending                       ? rows
+                  : box.cells <= mostBitsPerRow * rows ? CountByBits(results, box)
+                                                       : CountBySorting(results);
     return box;
 }
 
@@ -158,12 +216,14 @@ ResultsSummary Summarize(const orvalo::Results& results) {
     summary.indexColumns = results.IndicesColCount();
     summary.indexNames = AllNames(results);
     summary.indexNames.resize(std::min(summary.indexColumns, summary.indexNames.size()));
+    // Values and coordinates take about as long.
+    auto box = std::async([&] { return FindBox(results); });
     const std::vector<std::string> names = ValueColumnNames(results);
     for (unsigned int col = 0; col < results.ValuesColCount(); ++col) {
         summary.columns.push_back(SummarizeColumn(results, col));
         if (col < names.size()) summary.columns.back().name = names[col];
     }
-    summary.box = FindBox(results);
+    summary.box = box.get();
     return summary;
 }
 
