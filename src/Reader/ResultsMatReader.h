@@ -7,6 +7,7 @@
 #include <Orvalo3DReader/Results/ResultsMat.h>
 
 #include "Common/Platform.h"
+#include "Results/MatLayout.h"
 
 namespace orvalo {
 
@@ -21,8 +22,6 @@ public:
     void Execute();
 
 private:
-    static constexpr std::size_t nameCapacity = 4096;
-
     /// What stands in an element before its data.
     struct Element {
         std::uint32_t byteCount;
@@ -32,7 +31,7 @@ private:
         std::uint32_t dataSize;
         /// In the element, with its tag.
         std::uint32_t nameSize;
-        std::array<char, nameCapacity> name;
+        std::array<char, mat::nameCapacity> name;
     };
 
     bool ReadHead(Element& element);

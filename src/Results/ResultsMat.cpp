@@ -6,15 +6,12 @@
 
 #include "Common/Buffers.h"
 #include "Common/Raise.h"
+#include "Results/MatLayout.h"
 #include "Results/QueryRules.h"
 
 namespace orvalo {
 
-namespace {
-
-constexpr std::size_t mostValueColumns = 9;
-
-}  // namespace
+using mat::mostValueColumns;
 
 struct ResultsMat::Storage : QueryRules {
     double Value(unsigned int col, std::uint32_t row) const { return values[col][row]; }
