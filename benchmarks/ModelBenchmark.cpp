@@ -123,7 +123,7 @@ Buffer Allocate(std::size_t size) {
 
 void LoopCubes(const Input& input, bool withTemperatures) {
     const MappedRows rows(input);
-    const Buffer records = Allocate(input.count * 7);
+    const Buffer records = Allocate(input.count * orvalo::Cubes::recordSize);
     const Buffer temperatures = Allocate(withTemperatures ? input.count * 8 : 1);
     unsigned char* record = records.get();
     unsigned char* temperature = temperatures.get();
@@ -135,7 +135,7 @@ void LoopCubes(const Input& input, bool withTemperatures) {
         p = Next(p, rows.end, material);
         std::memcpy(record, xyz, sizeof xyz);
         record[6] = material;
-        record += 7;
+        record += orvalo::Cubes::recordSize;
         if (!withTemperatures) continue;
         double value = 0.0;
         p = Next(p, rows.end, value);

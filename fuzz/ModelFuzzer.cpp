@@ -1,10 +1,14 @@
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
 
+#include <Orvalo3DReader/Check/CheckModel.h>
+#include <Orvalo3DReader/Check/Rules.h>
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Model/Model.h>
+#include <Orvalo3DReader/Reader/ReadError.h>
 
 #include "Catalogue.h"
 #include "Check.h"
@@ -76,16 +80,19 @@ std::string_view CheckHead(const Files& files, const Exception& failure, const I
     Check(end != std::string_view::npos, "a located message has its line");
     Check(fuzz::Matches("Error in file \"%s\", line %d, column %d", text.substr(0, end)), "a message tells its place");
     const std::string_view name = text.substr(start.size(), text.find('"', start.size()) - start.size());
-    Check(files.Find(name) != nullptr, "a message names a file that was read");
-    Check(!place.path.empty(), "a located message has its true place");
+    // A directory can be opened, and then not be read.
+    const bool isDirectory = failure.code() == 104 && (name == "." || name == "..");
+    Check(isDirectory || files.Find(name) != nullptr, "a message names a file that was read");
+    Check(place.Known(), "a located message has its true place");
     return text.substr(end + 2);
 }
 
-void CheckFailure(const Files& files, Exception& failure, const InputPlace& place) {
-    Check(failure.code() >= 102 && failure.code() <= 183, "the code is one of model files");
+void CheckFailure(const Files& files, ReadError& failure) {
+    const InputPlace& place = failure.Place();
+    Check(MayEndModel(failure.code()), "the code is one of model files");
     const std::string_view text = CheckHead(files, failure, place);
     Check(fuzz::IsCatalogueText(failure.code(), text), "the text is the catalogue's");
-    if (!place.path.empty()) CheckPlace(files, place);
+    if (place.Known()) CheckPlace(files, place);
     Check(failure.line() > 0 && !failure.file().empty(), "the source place is told");
     Check(failure.description().find(failure.what()) == 0, "the description begins with the message");
 }
@@ -98,16 +105,40 @@ std::string Read(const Files& files, bool cubesOnly, bool doublePrecision, std::
     reader.TraceCurrentCube(&cubes);
     try {
         reader.Execute(model, doublePrecision);
-    } catch (Exception& failure) {
-        const InputPlace& place = reader.FailurePlace();
-        CheckFailure(files, failure, place);
-        return failure.description() + '|' + place.path + '|' + std::to_string(place.offset) + '|' +
-               std::to_string(reader.FailureRow()) + '|' + std::to_string(cubes);
+    } catch (ReadError& failure) {
+        CheckFailure(files, failure);
+        Check(reader.FailurePlace() == failure.Place() && reader.FailureRow() == failure.Row(), "both tell one place");
+        return failure.description() + '|' + failure.Place().path + '|' + std::to_string(failure.Place().offset) + '|' +
+               std::to_string(failure.Row()) + '|' + std::to_string(cubes);
     }
-    Check(reader.FailureRow() == 0 && reader.FailurePlace().path.empty(), "success has no place");
+    Check(reader.FailureRow() == 0 && !reader.FailurePlace().Known(), "success has no place");
     Check(cubes <= model.cubes.CubesCount() || cubesOnly, "no more cubes were traced than there are");
     fuzz::CheckModel(model, cubesOnly, doublePrecision);
     return support::ShowModel(model);
+}
+
+/// The first error of a check is the one that reading ends with, and there is none in a model that reads.
+void CheckFindings(const Files& files) {
+    const std::vector<Diagnostic> found = orvalo::CheckModel(files.Path(0));
+    Check(found.size() < 100 * 1000, "findings are bounded");
+    const auto first =
+        std::find_if(found.begin(), found.end(), [](const Diagnostic& d) { return d.severity == Severity::Error; });
+    Model model;
+    try {
+        ModelReader(files.Path(0), false).Execute(model, true);
+        Check(first == found.end(), "a model that reads has no error");
+    } catch (const ReadError& failure) {
+        Check(first != found.end(), "a model that does not read has an error");
+        Check(first->code == failure.code(), "the first error is the reader's");
+        Check(first->place == failure.Place(), "the first error is where the reader's is");
+        Check(failure.what().ends_with(first->message), "the first error says what the reader's does");
+    }
+    for (const Diagnostic& diagnostic : found) {
+        Check(FindRule(diagnostic.rule.c_str()) != nullptr, "a finding names its rule");
+        if (diagnostic.place.Known()) CheckPlace(files, diagnostic.place);
+        for (const Note& note : diagnostic.notes) CheckPlace(files, note.place);
+        for (const Fix& fix : diagnostic.fixes) CheckPlace(files, fix.place);
+    }
 }
 
 }  // namespace
@@ -129,5 +160,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Check(Read(files, false, true, usual) == Read(files, false, true, tiny), "the buffer does not matter");
     Check(Read(files, true, true, usual) == Read(files, true, true, tiny), "the buffer does not matter to cubes");
     Read(files, false, false, usual);
+    CheckFindings(files);
     return 0;
 }

@@ -41,33 +41,31 @@ inline bool Same(double a, double b) {
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
 }
 
-/// Asks all three forms of a query by cube. True when a row covers the cube.
-inline bool QueryCell(const Results& results, unsigned int col, int x, int y, int z) {
+/// Asks all three forms of a query, by row or by cube. True when there is a value; else the error must be `failure` or,
+/// where that is 0, one of a cube.
+template <class... Place>
+bool QueryForms(const Results& results, int failure, unsigned int col, Place... place) {
     constexpr double def = 0.1234;
-    const double safe = results.SafeValueGet(col, x, y, z, def);
+    const double safe = results.SafeValueGet(col, place..., def);
     try {
-        const double value = results.ExValueGet(col, x, y, z);
-        Check(Same(value, safe) && Same(value, results.ValueGet(col, x, y, z)), "the forms agree on a cube");
+        const double value = results.ExValueGet(col, place...);
+        Check(Same(value, safe) && Same(value, results.ValueGet(col, place...)), "the forms of a query agree");
         return true;
     } catch (const Exception& error) {
-        Check(Same(safe, def) && error.code() >= 301 && error.code() <= 305, "a cube is refused as such");
-        Check((error.code() == 301) == (col >= results.ValuesColCount()), "the column is tested first");
-        Check(IsCatalogueText(error.code(), error.what()), "the text is the catalogue's");
+        const int code = error.code();
+        Check(Same(safe, def) && (code == failure || (failure == 0 && code >= 302 && code <= 305)),
+              "a query is refused for what is tested first");
+        Check(IsCatalogueText(code, error.what()), "the text is the catalogue's");
         return false;
     }
 }
 
+inline bool QueryCell(const Results& results, unsigned int col, int x, int y, int z) {
+    return QueryForms(results, col >= results.ValuesColCount() ? 301 : 0, col, x, y, z);
+}
+
 inline bool QueryRow(const Results& results, unsigned int col, unsigned int row) {
-    constexpr double def = 0.1234;
-    const double safe = results.SafeValueGet(col, row, def);
-    try {
-        const double value = results.ExValueGet(col, row);
-        Check(Same(value, safe) && Same(value, results.ValueGet(col, row)), "the forms agree on a row");
-        return true;
-    } catch (const Exception& error) {
-        Check(Same(safe, def) && error.code() == (row >= results.RowCount() ? 300 : 301), "the row is tested first");
-        return false;
-    }
+    return QueryForms(results, row >= results.RowCount() ? 300 : 301, col, row);
 }
 
 inline void Query(const Results& results) {
@@ -96,10 +94,8 @@ inline void Query(const Results& results) {
 }
 
 inline void CheckError(const Exception& error) {
-    const int code = error.code();
-    Check(code == 102 || (code >= 200 && code <= 211) || (code >= 306 && code <= 308),
-          "the code is one of results files");
-    Check(IsCatalogueText(code, error.what()), "the text is the catalogue's");
+    Check(MayEndResults(error.code()), "the code is one of results files");
+    Check(IsCatalogueText(error.code(), error.what()), "the text is the catalogue's");
 }
 
 /// The first error that the check finds is the one that was thrown, if one was, and every place is one of the file.

@@ -9,6 +9,7 @@
 #include <Orvalo3DReader/Check/Rules.h>
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Common/ReaderMessages.h>
+#include <Orvalo3DReader/Common/Stopped.h>
 #include <Orvalo3DReader/Model/Actuator.h>
 #include <Orvalo3DReader/Model/Bounds.h>
 #include <Orvalo3DReader/Model/Cubes.h>
@@ -20,11 +21,17 @@
 #include <Orvalo3DReader/Model/Piezo.h>
 #include <Orvalo3DReader/Model/PiezoData.h>
 #include <Orvalo3DReader/Model/Point.h>
+#include <Orvalo3DReader/Model/RecordRange.h>
+#include <Orvalo3DReader/Model/Samples.h>
 #include <Orvalo3DReader/Model/Sensor.h>
 #include <Orvalo3DReader/Model/Set.h>
 #include <Orvalo3DReader/Model/SharedProperties.h>
 #include <Orvalo3DReader/Model/Table.h>
 #include <Orvalo3DReader/Reader/InputPlace.h>
+#include <Orvalo3DReader/Reader/ReadError.h>
+#include <Orvalo3DReader/Reader/ReadModel.h>
+#include <Orvalo3DReader/Reader/ReadOptions.h>
+#include <Orvalo3DReader/Reader/ReadResults.h>
 #include <Orvalo3DReader/Reader/Reader.h>
 #include <Orvalo3DReader/Reader/ResultsReader.h>
 #include <Orvalo3DReader/Results/Results.h>

@@ -4,10 +4,12 @@
 #include <vector>
 
 #include <Orvalo3DReader/Check/CheckModel.h>
+#include <Orvalo3DReader/Common/Stopped.h>
 
 #include "Check/ErrorCollector.h"
+#include "Check/Explain.h"
 #include "Check/ModelWarnings.h"
-#include "Common/Raise.h"
+#include "Common/WithinMemory.h"
 #include "Reader/ModelReader.h"
 
 namespace orvalo {
@@ -29,14 +31,18 @@ std::vector<Diagnostic> Check(const std::string& path, const CheckOptions& optio
     Model model;
     ModelReader reader(path, false);
     reader.TraceCurrentCube(options.cubesRead);
+    reader.StopOn(options.stop);
     ErrorCollector errors(reader.Core(), options);
     reader.RecoverWith(&errors);
     try {
         reader.Execute(model, true);
+    } catch (const Stopped&) {
+        throw;
     } catch (const Exception&) {
         // Noted, as every other error.
     }
     errors.UpdateFiles();
+    ExplainAtEnd(errors);
     const bool whole = errors.ErrorCount() == 0 || !options.firstOnly;
     if (options.warnings && whole) AddModelWarnings(model, path, options, errors);
     return InFileOrder(std::move(errors.diagnostics), errors.record);
@@ -45,7 +51,7 @@ std::vector<Diagnostic> Check(const std::string& path, const CheckOptions& optio
 }  // namespace
 
 std::vector<Diagnostic> CheckModel(const std::string& path, const CheckOptions& options) {
-    return Check(path, options);
+    return WithinMemory(module::Reader, __LINE__, [&] { return Check(path, options); });
 }
 
 }  // namespace orvalo

@@ -1,16 +1,12 @@
 #include <algorithm>
-#include <cerrno>
-#include <filesystem>
 #include <memory>
-#include <new>
-#include <stdexcept>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include <Orvalo3DReader/Check/CheckResults.h>
-#include <Orvalo3DReader/Reader/ResultsReader.h>
+#include <Orvalo3DReader/Common/Stopped.h>
+#include <Orvalo3DReader/Reader/ReadResults.h>
 #include <Orvalo3DReader/Results/ResultsTxt.h>
 
 #include "Check/Explanations.h"
@@ -20,7 +16,7 @@
 #include "Check/ResultsMatCheck.h"
 #include "Check/ResultsTxtCheck.h"
 #include "Common/Platform.h"
-#include "Common/Raise.h"
+#include "Common/WithinMemory.h"
 #include "Results/MatLayout.h"
 
 namespace orvalo {
@@ -72,20 +68,13 @@ void Warn(ResultsFindings& findings, const Results& results) {
 /// An error of a file that cannot be looked at again.
 void ExplainUnseen(ResultsFindings& findings, const Exception& error) {
     Diagnostic& diagnostic = *findings.Add(error, {});
-    const bool regular = platform::IsRegularFile(findings.Path());
-    // Opening a pipe once more might wait forever.
-    if (!regular && error.code() != M::ErrorOpeningResultsFile.code) {
-        std::error_code ignored;
-        return AddNote(diagnostic, std::filesystem::is_directory(findings.Path(), ignored)
-                                       ? "This is a directory."
-                                       : "This is a pipe or a device: nothing can be looked at twice there, and a "
-                                         "MAT-file cannot be read from it.");
-    }
-    platform::InputFile file;
-    char byte = 0;
-    errno = 0;
-    if (file.Open(findings.Path()) && file.Read(&byte, 1)) return;
-    if (errno != 0) AddNote(diagnostic, "The system says: " + std::generic_category().message(errno) + ".");
+    const std::string reason = platform::WhyUnreadable(findings.Path());
+    if (!reason.empty()) AddNote(diagnostic, "The system says: " + reason + '.');
+    if (error.code() == M::ErrorOpeningResultsFile.code) return TellSimilar(diagnostic, findings.Path(), false);
+    if (!reason.empty()) return;
+    AddNote(diagnostic,
+            "This is a pipe or a device: nothing can be looked at twice there, and a MAT-file cannot be "
+            "read from it.");
 }
 
 /// Looks at the file again, up to the error that was thrown and, in a text, beyond. False where it is not found.
@@ -129,10 +118,15 @@ std::vector<Diagnostic> Explain(const std::string& path, const CheckOptions& opt
 
 std::vector<Diagnostic> Check(const std::string& path, const CheckOptions& options) {
     try {
-        const std::unique_ptr<Results> results(ResultsReader(path).Execute());
+        ReadOptions reading;
+        reading.threads = options.threads;
+        reading.stop = options.stop;
+        const std::unique_ptr<Results> results = ReadResults(path, reading);
         ResultsFindings findings(path, options);
         if (options.warnings) Warn(findings, *results);
         return std::move(findings.diagnostics);
+    } catch (const Stopped&) {
+        throw;
     } catch (const Exception& error) {
         return Explain(path, options, error);
     }
@@ -141,12 +135,7 @@ std::vector<Diagnostic> Check(const std::string& path, const CheckOptions& optio
 }  // namespace
 
 std::vector<Diagnostic> CheckResults(const std::string& path, const CheckOptions& options) {
-    try {
-        return Check(path, options);
-    } catch (const std::bad_alloc&) {
-    } catch (const std::length_error&) {
-    }
-    Raise("CheckResults", __LINE__, M::OutOfMemory);
+    return WithinMemory(module::ResultsReader, __LINE__, [&] { return Check(path, options); });
 }
 
 }  // namespace orvalo

@@ -40,18 +40,26 @@ void ErrorCollector::SectionBegins(const Section& section) {
     inSection_ = true;
     inRows_.clear();
     moreInRows_.clear();
+    changed_ = {};
     open_.clear();
+    rowShapeTold_ = false;
+    missingTold_.clear();
 }
 
 void ErrorCollector::SectionEnds() {
     record.sections.back().endPlace = Place();
+    // A property that switches the section off ends with it.
+    while (!open_.empty()) PropertyEnds();
     inSection_ = false;
-    open_.clear();
 }
 
 void ErrorCollector::PropertyBegins(std::string_view word) {
     PropertyRecord begun;
     begun.word = word;
+    begun.nested = !open_.empty();
+    if (!begun.nested && word == "table") {
+        std::erase_if(missingTold_, [](const auto& told) { return told.first; });
+    }
     begun.place = begun.valuePlace = Place();
     open_.push_back(std::move(begun));
 }
@@ -66,8 +74,35 @@ void ErrorCollector::ValueBegins() {
 
 void ErrorCollector::PropertyEnds() {
     if (open_.empty()) return;
+    open_.back().endPlace = Place();
     if (inSection_) record.sections.back().properties.push_back(std::move(open_.back()));
     open_.pop_back();
+}
+
+void ErrorCollector::RowBegins() {
+    PropertyBegins({});
+    ValueBegins();
+}
+
+std::uint64_t ErrorCollector::BulkRowBegins(std::uint64_t row) {
+    constexpr std::uint64_t perMark = SectionRecord::rowsPerMark;
+    auto& marks = record.sections.back().rowMarks;
+    if (row == 0) marks.clear();
+    // Rows that were passed over after an error may have had one.
+    if (row == marks.size() * perMark) marks.push_back(Place());
+    return (row / perMark + 1) * perMark;
+}
+
+void ErrorCollector::RowsRead(std::uint64_t read) {
+    record.sections.back().rowsRead = read;
+}
+
+void ErrorCollector::NumberChanges(NumberChange change, std::int64_t taken) {
+    const std::uint64_t known = changed_[static_cast<std::size_t>(change)]++;
+    if (known <= options_.perSection) record.changedNumbers.push_back({Place(), change, taken, core_.row});
+    if (known < options_.perSection) return;
+    const auto isOne = [change](const ChangedNumber& number) { return number.change == change; };
+    ++std::find_if(record.changedNumbers.rbegin(), record.changedNumbers.rend(), isOne)->more;
 }
 
 const SectionRecord* ErrorCollector::FindSection(std::string_view section, std::string_view property,
@@ -86,6 +121,22 @@ bool ErrorCollector::SectionFailed(std::initializer_list<std::string_view> words
     });
 }
 
+bool ErrorCollector::HasSection(std::string_view word) const {
+    return std::any_of(record.sections.begin(), record.sections.end(),
+                       [&](const SectionRecord& section) { return section.section->word == word; });
+}
+
+bool ErrorCollector::InOwnTable() const {
+    return open_.size() > 1 || (open_.size() == 1 && open_.back().word == "table");
+}
+
+/// Whether it was told already, before the rows of the section, that these properties are missing.
+bool ErrorCollector::MissingIsTold() const {
+    return errors_ > 0 && std::all_of(core_.missing.begin(), core_.missing.end(), [&](std::string_view word) {
+               return missingTold_.count({InOwnTable(), word}) != 0;
+           });
+}
+
 /// Whether the error only follows from what is known.
 bool ErrorCollector::Follows(const Exception& failure) const {
     const int code = failure.code();
@@ -97,12 +148,13 @@ bool ErrorCollector::Follows(const Exception& failure) const {
         return unknownSection_ || SectionFailed({"table"}) || FindSection("table", "id", core_.subject) != nullptr;
     }
     // Without a time step no signal can be generated.
-    if (code == M::OutOfMemory.code && !inSection_) return SectionFailed({"analysis", "actuator"});
+    if (code == M::OutOfMemory.code && !inSection_) {
+        return SectionFailed({"analysis", "actuator"}) || !HasSection("analysis");
+    }
+    if (code == M::ObligatoryMissing.code || code == M::ObligatoryPropNotDefined.code) return MissingIsTold();
     if (code == M::PiezoTableMissing.code) return SectionFailed({"piezo"});
     if (code == M::MaterialNotDefined.code || code == M::IncorrectMaterialIndex.code) {
-        return SectionFailed({"materials"}) || record.sections.empty() ||
-               std::none_of(record.sections.begin(), record.sections.end(),
-                            [](const SectionRecord& s) { return s.section->word == "materials"; });
+        return SectionFailed({"materials"}) || !HasSection("materials");
     }
     return false;
 }
@@ -158,6 +210,9 @@ void ErrorCollector::Add(const Exception& failure) {
     diagnostic.includedFrom = record.IncludedFrom(added.place.file);
     diagnostic.length = source_.TokenAt(diagnostic.place).size();
     Explain(diagnostic, *this);
+    if (diagnostic.code == M::ObligatoryMissing.code || diagnostic.code == M::ObligatoryPropNotDefined.code) {
+        for (const std::string_view word : core_.missing) missingTold_.insert({InOwnTable(), word});
+    }
     diagnostics.push_back(std::move(added));
 }
 

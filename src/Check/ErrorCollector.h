@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -25,6 +26,16 @@ struct PlacedDiagnostic {
     ReadPlace place;
 };
 
+/// A fix that puts in a number which nothing else has: known once all was read.
+struct PostponedFix {
+    std::size_t diagnostic = 0;
+    Fix fix;
+    std::string_view section;
+    std::string_view property;
+    bool nested = false;
+    double most = 0.0;
+};
+
 /// Collects the errors of a read that goes on after them, and keeps a record of what was read where.
 ///
 /// What only follows from an error that is known is left out: a second error at the same place; what cannot be read on
@@ -40,6 +51,10 @@ public:
     void PropertyBegins(std::string_view word) override;
     void ValueBegins() override;
     void PropertyEnds() override;
+    void RowBegins() override;
+    std::uint64_t BulkRowBegins(std::uint64_t row) override;
+    void RowsRead(std::uint64_t read) override;
+    void NumberChanges(NumberChange change, std::int64_t taken) override;
 
     /// Whether the read was ended by the collector itself.
     bool Ended() const { return ended_; }
@@ -53,6 +68,16 @@ public:
 
     /// Has reading leave the line of the error that is being explained.
     void SpoilLine() { spoilt_ = true; }
+
+    /// True the first time in a section: a list that has lost its step is told of once.
+    bool TellRowShape() { return !std::exchange(rowShapeTold_, true); }
+
+    /// Adds a fix to the error that is being explained, with the number after the largest that the property has.
+    void PostponeFreeNumber(PostponedFix postponed) {
+        postponed.diagnostic = diagnostics.size();
+        postponed_.push_back(std::move(postponed));
+    }
+    const std::vector<PostponedFix>& Postponed() const { return postponed_; }
 
     // What an explanation may look at.
     const ReaderCore& Core() const { return core_; }
@@ -68,23 +93,32 @@ private:
     ReadPlace Place() const;
     bool Follows(const Exception& failure) const;
     bool SectionFailed(std::initializer_list<std::string_view> words) const;
+    bool HasSection(std::string_view word) const;
+    bool InOwnTable() const;
+    bool MissingIsTold() const;
     bool CountsInSection(int code);
     void Add(const Exception& failure);
 
     const ReaderCore& core_;
     const CheckOptions& options_;
     SourceText source_;
+    std::vector<PostponedFix> postponed_;
     std::vector<PropertyRecord> open_;
     bool inSection_ = false;
     bool ended_ = false;
     bool spoilt_ = false;
     bool unknownSection_ = false;
+    bool rowShapeTold_ = false;
+    /// What is known to be missing in the current section, and in a table within it.
+    std::set<std::pair<bool, std::string_view>> missingTold_;
     std::size_t errors_ = 0;
     std::size_t errorsOutsideRows_ = 0;
     std::optional<std::pair<int, FilePlace>> lastPlace_;
     /// For each code how many errors the rows of the current section had, and the diagnostic that tells of the rest.
     std::map<int, std::uint64_t> inRows_;
     std::map<int, std::size_t> moreInRows_;
+    /// Of each NumberChange how many the current section had.
+    std::array<std::uint64_t, 2> changed_{};
 };
 
 }  // namespace orvalo

@@ -10,4 +10,7 @@ class ErrorCollector;
 /// length of what it is about.
 void Explain(Diagnostic& diagnostic, ErrorCollector& errors);
 
+/// Adds to the errors what is known only once all was read: what else is defined, and where.
+void ExplainAtEnd(ErrorCollector& errors);
+
 }  // namespace orvalo

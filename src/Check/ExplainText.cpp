@@ -5,6 +5,7 @@
 
 #include "Check/ErrorCollector.h"
 #include "Check/Explanations.h"
+#include "Common/Bytes.h"
 
 // Errors in the text itself: bytes that begin no token, numbers and names that other programs write otherwise.
 
@@ -12,9 +13,6 @@ namespace orvalo {
 
 namespace {
 
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 bool IsLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
@@ -72,18 +70,12 @@ const Habit* FindHabit(std::string_view text) {
     return found == std::end(habits) ? nullptr : found;
 }
 
-InputPlace Moved(InputPlace place, std::size_t bytes) {
-    place.offset += bytes;
-    place.column += bytes;
-    return place;
-}
-
 void TellHabit(Diagnostic& diagnostic, const Habit& habit, const InputPlace& place) {
     AddNote(diagnostic, habit.message, place, habit.bytes.size());
     diagnostic.fixes.push_back({place, habit.bytes.size(), std::string(habit.replacement)});
 }
 
-std::string Shown(unsigned char byte) {
+std::string ShownByte(unsigned char byte) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     if (byte > ' ' && byte < 127) return std::string("'") + static_cast<char>(byte) + "'";
     return std::string("of value 0x") + digits[byte >> 4U] + digits[byte & 15U];
@@ -95,14 +87,30 @@ void TellByte(Diagnostic& diagnostic, std::string_view text, const InputPlace& p
     if (const Habit* const habit = FindHabit(text)) return TellHabit(diagnostic, *habit, place);
     const auto byte = static_cast<unsigned char>(text.front());
     AddNote(diagnostic,
-            byte < 128 ? "The character " + Shown(byte) + " stands in comments only."
-                       : "Only ASCII characters may stand outside of comments; this byte is " + Shown(byte) + ".",
+            byte < 128 ? "The character " + ShownByte(byte) + " stands in comments only."
+                       : "Only ASCII characters may stand outside of comments; this byte is " + ShownByte(byte) + ".",
             place, 1);
 }
 
 bool IsExponentOfFortran(std::string_view token, std::size_t at) {
     return at > 0 && at + 1 < token.size() && (token[at] | 0x20) == 'd' &&
            (IsDigit(token[at + 1]) || token[at + 1] == '+' || token[at + 1] == '-');
+}
+
+/// A name with a point, whose first part was taken for a word.
+bool ExplainUnquotedName(Diagnostic& diagnostic, ErrorCollector& errors) {
+    std::size_t at = 0;
+    const std::string line(errors.Source().LineOf(diagnostic.place, at));
+    std::size_t begin = at;
+    while (begin > 0 && (IsLetter(line[begin - 1]) || IsDigit(line[begin - 1]) || line[begin - 1] == '_')) --begin;
+    if (begin == at || !IsLetter(line[begin])) return false;
+    const std::size_t size = std::min(line.find_first_of(" \t,=\";%$", at), line.size()) - begin;
+    InputPlace place = diagnostic.place;
+    place.offset -= at - begin;
+    place.column -= at - begin;
+    AddNote(diagnostic, "Names stand in double quotes.", place, size);
+    diagnostic.fixes.push_back({place, size, '"' + line.substr(begin, size) + '"'});
+    return true;
 }
 
 }  // namespace
@@ -145,12 +153,13 @@ void ExplainCharacterInWord(Diagnostic& diagnostic, ErrorCollector& errors) {
     } else {
         AddNote(diagnostic,
                 "Names consist of letters, digits and _ . + - = ; this byte is " +
-                    Shown(static_cast<unsigned char>(byte)) + ".",
+                    ShownByte(static_cast<unsigned char>(byte)) + ".",
                 oddPlace, 1);
     }
 }
 
 void ExplainCharacterInNumber(Diagnostic& diagnostic, ErrorCollector& errors) {
+    if (ExplainUnquotedName(diagnostic, errors)) return;
     const std::string token(errors.Source().TokenAt(diagnostic.place));
     std::size_t odd = 0;
     while (odd < token.size() &&

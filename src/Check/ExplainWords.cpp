@@ -67,6 +67,8 @@ void ExplainMissingEnd(Diagnostic& diagnostic, ErrorCollector& errors) {
     const std::string name = section->section->name;
     AddNote(diagnostic, name + " begins here and has no END.", errors.record.PlaceOf(section->place), name.size());
     diagnostic.fixes.push_back({diagnostic.place, 0, "END\n"});
+    const std::string lacking = Joined(errors.Core().missing);
+    if (!lacking.empty()) AddNote(diagnostic, "It lacks " + lacking + " besides.");
 }
 
 }  // namespace
@@ -78,8 +80,11 @@ void ExplainWord(Diagnostic& diagnostic, ErrorCollector& errors) {
 void ExplainKeyword(Diagnostic& diagnostic, ErrorCollector& errors) {
     const ReaderCore& core = errors.Core();
     if (!core.expected || ExplainNeighbours(diagnostic, errors)) return;
-    if (core.AtSection()) {
-        AddExpected(diagnostic, errors, *core.expected);
+    const bool keyword = core.token.type == TokenType::Keyword;
+    const bool misspeltSection =
+        keyword && !core.expected->Nearest(core.token.text) && WordList(sections).Nearest(core.token.text).has_value();
+    if (core.AtSection() || misspeltSection) {
+        AddExpected(diagnostic, errors, misspeltSection ? WordList(sections) : *core.expected);
         return ExplainMissingEnd(diagnostic, errors);
     }
     const auto& open = errors.CurrentSection();
@@ -98,7 +103,7 @@ void ExplainKeyword(Diagnostic& diagnostic, ErrorCollector& errors) {
 void ExplainSectionName(Diagnostic& diagnostic, ErrorCollector& errors) {
     const ReaderCore& core = errors.Core();
     if (ExplainNeighbours(diagnostic, errors)) return;
-    AddExpected(diagnostic, errors, sections);
+    AddExpected(diagnostic, errors, sections, true);
     if (errors.record.sections.empty()) return;
     const SectionRecord& last = errors.record.sections.back();
     const std::string name = last.section->name;
@@ -134,16 +139,16 @@ std::string InCaseOf(std::string_view word, std::string_view like) {
     return written;
 }
 
-std::string Listed(const WordList& words) {
+std::string Listed(const WordList& words, bool capitals) {
     std::string text;
     for (std::size_t i = 0; i < words.size(); ++i) {
         if (i > 0) text += i + 1 == words.size() ? " or " : ", ";
-        text += words[i] == "end" ? "END" : words[i];
+        text += capitals || words[i] == "end" ? InCaseOf(words[i], "END") : std::string(words[i]);
     }
     return text;
 }
 
-void AddExpected(Diagnostic& diagnostic, ErrorCollector& errors, const WordList& words) {
+void AddExpected(Diagnostic& diagnostic, ErrorCollector& errors, const WordList& words, bool capitals) {
     for (std::size_t i = 0; i < words.size(); ++i) diagnostic.expected.emplace_back(words[i]);
     const Token& token = errors.Core().token;
     if (token.type == TokenType::Keyword && !words.Has(token.text)) {
@@ -154,7 +159,7 @@ void AddExpected(Diagnostic& diagnostic, ErrorCollector& errors, const WordList&
             return;
         }
     }
-    AddNote(diagnostic, "Expected here: " + Listed(words) + ".");
+    AddNote(diagnostic, "Expected here: " + Listed(words, capitals) + ".");
 }
 
 }  // namespace orvalo

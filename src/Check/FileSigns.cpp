@@ -7,6 +7,7 @@
 #include <iterator>
 #include <string>
 
+#include "Common/Bytes.h"
 #include "Reader/Sections.h"
 
 namespace orvalo {
@@ -64,7 +65,7 @@ bool IsVersion4(std::string_view bytes) {
 }
 
 bool IsLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return ToLower(c) >= 'a' && ToLower(c) <= 'z';
 }
 
 void SkipBlanksAndComments(std::string_view& text) {
@@ -80,8 +81,8 @@ void SkipBlanksAndComments(std::string_view& text) {
 std::string TakeWord(std::string_view& text) {
     SkipBlanksAndComments(text);
     std::string word;
-    while (!text.empty() && (IsLetter(text.front()) || (!word.empty() && text.front() >= '0' && text.front() <= '9'))) {
-        word += static_cast<char>(text.front() | 0x20);
+    while (!text.empty() && (IsLetter(text.front()) || (!word.empty() && IsDigit(text.front())))) {
+        word += ToLower(text.front());
         text.remove_prefix(1);
     }
     return word;
@@ -108,7 +109,7 @@ bool LooksLikeModel(std::string_view bytes) {
         if (!named && WordList(sections).Nearest(first) != section.word) continue;
         const bool property = section.words().Has(second) || section.words().Nearest(second);
         // Materials begin with their number.
-        const bool number = second.empty() && !bytes.empty() && bytes.front() >= '0' && bytes.front() <= '9';
+        const bool number = second.empty() && !bytes.empty() && IsDigit(bytes.front());
         return property || (named && number && section.order == SectionOrder::Materials);
     }
     return false;

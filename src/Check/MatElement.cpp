@@ -8,6 +8,7 @@
 
 #include "Check/Explanations.h"
 #include "Check/ResultsFindings.h"
+#include "Common/Bytes.h"
 
 namespace orvalo {
 
@@ -97,9 +98,7 @@ std::string Subject(const MatElement& element) {
 }
 
 void Advise(Diagnostic& diagnostic, const MatElement& element, std::string_view advice) {
-    const auto isNamePart = [](char c) {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
-    };
+    const auto isNamePart = [](char c) { return (ToLower(c) >= 'a' && ToLower(c) <= 'z') || IsDigit(c) || c == '_'; };
     const std::string& name = element.name;
     const bool usable = !name.empty() && name.size() < 64 && std::all_of(name.begin(), name.end(), isNamePart);
     std::string text;

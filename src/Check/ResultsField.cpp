@@ -6,16 +6,14 @@
 
 #include "Check/Explanations.h"
 #include "Check/ResultsFindings.h"
+#include "Common/Bytes.h"
 
 namespace orvalo {
 
 namespace {
 
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 bool IsLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return ToLower(c) >= 'a' && ToLower(c) <= 'z';
 }
 bool HasDigitAt(std::string_view text, std::size_t at) {
     return at < text.size() && IsDigit(text[at]);
@@ -33,7 +31,7 @@ constexpr Absence absences[] = {{"na", "nan"},      {"n/a", "nan"},      {"#n/a"
 
 std::string Lower(std::string_view text) {
     std::string lower(text);
-    for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
+    for (char& c : lower) c = ToLower(c);
     return lower;
 }
 

@@ -49,8 +49,4 @@ std::string Shown(std::string_view text) {
     return '\'' + shown + (size < text.size() ? "...'" : "'");
 }
 
-std::string Counted(std::uint64_t count, const char* noun) {
-    return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
-}
-
 }  // namespace orvalo

@@ -59,7 +59,4 @@ private:
 /// Bytes of a file between single quotes: at most about 40 of them, without control characters.
 std::string Shown(std::string_view text);
 
-/// "1 byte", "7 bytes".
-std::string Counted(std::uint64_t count, const char* noun);
-
 }  // namespace orvalo

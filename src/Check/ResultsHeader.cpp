@@ -6,6 +6,7 @@
 
 #include "Check/Explanations.h"
 #include "Check/ResultsFindings.h"
+#include "Common/Bytes.h"
 #include "Common/ParseNumber.h"
 
 namespace orvalo {
@@ -20,7 +21,7 @@ std::string Plain(std::string_view name) {
     name.remove_prefix(std::min(name.find_first_not_of(blanks), name.size()));
     name = name.substr(0, name.find_last_not_of(blanks) + 1);
     std::string plain(name);
-    for (char& c : plain) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
+    for (char& c : plain) c = ToLower(c);
     return plain;
 }
 

@@ -171,11 +171,11 @@ bool ResultsMatCheck::CheckValues(const MatElement& element) {
         if (!indices_) AddNote(error, howToStoreIndices);
         return false;
     }
-    if (element.head.columns > mostValueColumns) {
+    if (element.head.columns > maxValueColumns) {
         Diagnostic& error = Add(ErrorOf(M::TooManyColumnsMat), element.start + 36, 4);
         AddNote(error, "The values in " + element.called + " have " + Counted(element.head.columns, "column") +
-                           "; they may have " + std::to_string(mostValueColumns) + ".");
-        if (element.head.rows <= mostValueColumns) AddNote(error, "Every cube is a row: transpose the matrix.");
+                           "; they may have " + std::to_string(maxValueColumns) + ".");
+        if (element.head.rows <= maxValueColumns) AddNote(error, "Every cube is a row: transpose the matrix.");
         return false;
     }
     values_ = element;
@@ -234,8 +234,10 @@ void ResultsMatCheck::CheckBox() {
     CellBox box;
     std::vector<short> piece(std::size_t{1} << 16U);
     const std::uint64_t rows = indices_->head.rows;
+    const StopFlag stop(findings_.Options().stop);
     for (std::size_t axis = 0; axis < leastIndexColumns; ++axis) {
         for (std::uint64_t row = 0; row < rows; row += piece.size()) {
+            stop.Check();
             const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(piece.size(), rows - row));
             const std::uint64_t offset = indices_->DataStart() + (axis * rows + row) * sizeof(short);
             if (!ReadAt(offset, piece.data(), count * sizeof(short))) return;

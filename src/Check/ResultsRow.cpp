@@ -59,12 +59,6 @@ void FindField(Walk& walk, const TextLine& line, const TextColumns& columns) {
     }
 }
 
-InputPlace Moved(InputPlace place, std::size_t bytes) {
-    place.offset += bytes;
-    place.column += bytes;
-    return place;
-}
-
 void MoveTo(Diagnostic& diagnostic, std::size_t bytes, std::size_t length) {
     diagnostic.place = Moved(diagnostic.place, bytes);
     diagnostic.length = length;

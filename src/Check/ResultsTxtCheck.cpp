@@ -27,7 +27,7 @@ Exception Unreadable(const std::string& path) {
 }  // namespace
 
 void ResultsTxtCheck::Execute(platform::InputFile& file) {
-    TextLines lines(file, {}, readSize);
+    TextLines lines(file, {}, readSize, StopFlag(findings_.Options().stop));
     for (TextLine line; !ended_ && !findings_.Ended() && lines.Next(line);) {
         place_ = lines.Place();
         nextPlace_ = lines.NextPlace();

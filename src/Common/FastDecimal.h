@@ -4,31 +4,12 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
+
+#include "Common/Bytes.h"
 
 /// Decimal digits eight at a time. Every function may read up to eight bytes from the place it is given, so buffers
-/// that are scanned carry at least that many readable bytes behind their end.
+/// that are scanned carry at least that many readable bytes after their end.
 namespace orvalo {
-
-static_assert(std::endian::native == std::endian::little, "the first character is taken to be the lowest byte");
-
-inline std::uint64_t LoadEight(const char* p) {
-    std::uint64_t word;
-    std::memcpy(&word, p, sizeof word);
-    return word;
-}
-
-/// The top bit of each byte that is no digit. Exact up to the first such byte; behind a byte of 138 or more a digit
-/// may be marked too.
-inline std::uint64_t NonDigits(std::uint64_t word) {
-    const std::uint64_t x = word ^ 0x3030303030303030U;
-    return ((x + 0x7676767676767676U) | x) & 0x8080808080808080U;
-}
-
-/// How many digits `word` begins with.
-inline unsigned int LeadingDigits(std::uint64_t word) {
-    return static_cast<unsigned int>(std::countr_zero(NonDigits(word))) / 8U;
-}
 
 /// The number that the first `count` (0 to 8) digits of `word` spell.
 inline std::uint32_t DigitsValue(std::uint64_t word, unsigned int count) {
@@ -48,16 +29,7 @@ inline constexpr std::array<double, 23> exactPower = {1e0,  1e1,  1e2,  1e3,  1e
                                                       1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                       1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-/// The value of a digit; 10 or more for any other character.
-inline unsigned int DigitValue(char c) {
-    return static_cast<unsigned char>(c - '0');
-}
-
-inline bool IsDigit(char c) {
-    return DigitValue(c) < 10;
-}
-
-/// Appends the digits at `p` to `mantissa`; returns the place behind them. The place hangs on branches alone, which
+/// Appends the digits at `p` to `mantissa`; returns the place after them. The place depends on branches alone, which
 /// numbers of one format make predictable, so that a processor is far ahead in the text while it still multiplies.
 inline const char* AppendDigits(const char* p, std::uint64_t& mantissa) {
     if (const std::uint64_t word = LoadEight(p); NonDigits(word) == 0) [[likely]] {
@@ -68,7 +40,7 @@ inline const char* AppendDigits(const char* p, std::uint64_t& mantissa) {
     return p;
 }
 
-/// Adds the exponent at `p`, from its letter on, to `exponent`; returns the place behind it, or null for one without
+/// Adds the exponent at `p`, from its letter on, to `exponent`; returns the place after it, or null for one without
 /// digits and for one of more than two.
 inline const char* AddExponent(const char* p, std::ptrdiff_t& exponent) {
     const bool negative = *++p == '-';
@@ -84,25 +56,25 @@ inline const char* AddExponent(const char* p, std::ptrdiff_t& exponent) {
 
 }  // namespace detail
 
-/// Converts the decimal number at `p`: a sign, digits, a point, an exponent. Returns the place behind it, or null when
+/// Converts the decimal number at `p`: a sign, digits, a point, an exponent. Returns the place after it, or null when
 /// there is none there or its value is not sure to be the correctly rounded one; the general conversion then decides.
-/// The text must end in a byte that is neither sign nor digit, with eight readable bytes behind it.
+/// The text must end in a byte that is neither sign nor digit, with eight readable bytes after it.
 ///
 /// Exactness (Clinger 1990): an integer of at most 2^53 and a power of ten of at most 10^22 are both doubles, so
 /// that their one product or quotient is correctly rounded.
 inline const char* FastDecimal(const char* p, double& value) {
     constexpr std::ptrdiff_t surelyExact = 15;
-    constexpr std::ptrdiff_t mostDigits = 19;  // What 64 bits hold for sure.
+    constexpr std::ptrdiff_t maxDigits = 19;  // Any number of so many fits 64 bits.
     constexpr std::uint64_t largestExact = std::uint64_t{1} << 53U;
 
     // Signs come in no order that could be predicted, so they are taken without a branch.
     const auto negative = static_cast<std::uint64_t>(*p == '-');
     p += negative | static_cast<std::uint64_t>(*p == '+');
-    if (!detail::IsDigit(*p) && (*p != '.' || !detail::IsDigit(p[1]))) return nullptr;
+    if (!IsDigit(*p) && (*p != '.' || !IsDigit(p[1]))) return nullptr;
     const char* const first = p;
     std::uint64_t mantissa = 0;
     if (p[1] == '.') [[likely]] {
-        mantissa = detail::DigitValue(*p++);
+        mantissa = DigitValue(*p++);
     } else {
         p = detail::AppendDigits(p, mantissa);
     }
@@ -114,7 +86,7 @@ inline const char* FastDecimal(const char* p, double& value) {
         exponent = fraction - p;
         digits -= exponent;
     }
-    if (digits > surelyExact && (digits > mostDigits || mantissa > largestExact)) return nullptr;
+    if (digits > surelyExact && (digits > maxDigits || mantissa > largestExact)) return nullptr;
     if ((*p | 0x20) == 'e') [[likely]] {
         p = detail::AddExponent(p, exponent);
         if (p == nullptr) return nullptr;

@@ -10,6 +10,7 @@
 #include <limits>
 #include <system_error>
 
+#include "Common/Bytes.h"
 #include "Common/FastDecimal.h"
 
 // The C library's strtod follows the locale of the process, and std::from_chars knows neither a sign "+", nor a prefix
@@ -20,22 +21,16 @@ namespace orvalo {
 
 namespace {
 
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 bool IsSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
 bool IsPayload(char c) {
-    return IsDigit(c) || (Lower(c) >= 'a' && Lower(c) <= 'z') || c == '_';
+    return IsDigit(c) || (ToLower(c) >= 'a' && ToLower(c) <= 'z') || c == '_';
 }
 
 int HexDigit(char c) {
     if (IsDigit(c)) return c - '0';
-    c = Lower(c);
+    c = ToLower(c);
     return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
 }
 
@@ -46,17 +41,17 @@ const char* SkipDigits(const char* p, const char* end) {
 /// Whether [p, end) begins with the lower-case `word`, in any case.
 bool StartsWith(const char* p, const char* end, std::string_view word) {
     if (end - p < static_cast<std::ptrdiff_t>(word.size())) return false;
-    return std::equal(word.begin(), word.end(), p, [](char w, char c) { return w == Lower(c); });
+    return std::equal(word.begin(), word.end(), p, [](char w, char c) { return w == ToLower(c); });
 }
 
 /// Far beyond what any text could make up for with zeros, and far from the limits of the type.
 constexpr std::int64_t largestExponent = std::int64_t{1} << 60;
 
-/// Reads the exponent at `p`: `mark`, an optional sign, digits. Returns the place behind it; without digits there is
+/// Reads the exponent at `p`: `mark`, an optional sign, digits. Returns the place after it; without digits there is
 /// no exponent, and so `p` itself.
 const char* ReadExponent(const char* p, const char* end, char mark, std::int64_t& exponent) {
     exponent = 0;
-    if (p == end || Lower(*p) != mark) return p;
+    if (p == end || ToLower(*p) != mark) return p;
     const char* q = p + 1;
     const bool negative = q != end && *q == '-';
     if (q != end && (*q == '-' || *q == '+')) ++q;
@@ -91,11 +86,11 @@ double BeyondRange(std::string_view text) {
 /// The value of a decimal number without a sign.
 double Rounded(std::string_view text) {
     double value = 0;
-    const auto [behind, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     return error == std::errc::result_out_of_range ? BeyondRange(text) : value;
 }
 
-/// Every reader below takes the text without a sign and returns the place behind the number, or null without one.
+/// Every reader below takes the text without a sign and returns the place after the number, or null without one.
 const char* ReadDecimal(const char* p, const char* end, double& value) {
     const char* q = SkipDigits(p, end);
     auto digits = q - p;
@@ -132,7 +127,7 @@ double RoundBinary(std::uint64_t mantissa, std::int64_t exponent, bool sticky) {
 }
 
 const char* ReadHexadecimal(const char* p, const char* end, double& value) {
-    if (end - p < 3 || *p != '0' || Lower(p[1]) != 'x') return nullptr;
+    if (end - p < 3 || *p != '0' || ToLower(p[1]) != 'x') return nullptr;
     std::uint64_t mantissa = 0;
     std::int64_t exponent = 0;
     bool sticky = false;
@@ -166,15 +161,15 @@ const char* ReadHexadecimal(const char* p, const char* end, double& value) {
 std::uint64_t NanPayload(const char* p, const char* end) {
     constexpr std::uint64_t payloadBits = (std::uint64_t{1} << 51U) - 1U;
     int base = 10;
-    if (end - p > 2 && *p == '0' && Lower(p[1]) == 'x') {
+    if (end - p > 2 && *p == '0' && ToLower(p[1]) == 'x') {
         base = 16;
         p += 2;
     } else if (end - p > 1 && *p == '0') {
         base = 8;
     }
     std::uint64_t payload = 0;
-    const auto [behind, error] = std::from_chars(p, end, payload, base);
-    if (behind != end) return 0;
+    const auto [rest, error] = std::from_chars(p, end, payload, base);
+    if (rest != end) return 0;
     return error == std::errc::result_out_of_range ? payloadBits : payload & payloadBits;
 }
 
@@ -202,7 +197,7 @@ const char* ReadInfinity(const char* p, const char* end, double& value) {
 
 const char* ReadGeneral(const char* p, const char* end, double& value) {
     for (const auto read : {ReadHexadecimal, ReadDecimal, ReadInfinity, ReadNan}) {
-        if (const char* const behind = read(p, end, value)) return behind;
+        if (const char* const stop = read(p, end, value)) return stop;
     }
     return nullptr;
 }
@@ -232,17 +227,17 @@ double DecimalValue(std::string_view text) {
 const char* ParseAnyNumber(const char* p, const char* end, double& value) {
     const char* q = p;
     while (q != end && IsSpace(*q)) ++q;
-    const char* behind = FastDecimal(q, value);
-    if (behind != nullptr && Lower(*behind) != 'x') return behind;
+    const char* stop = FastDecimal(q, value);
+    if (stop != nullptr && ToLower(*stop) != 'x') return stop;
     bool negative;
     q = SkipSign(q, end, negative);
-    behind = ReadGeneral(q, end, value);
-    if (behind == nullptr) {
+    stop = ReadGeneral(q, end, value);
+    if (stop == nullptr) {
         value = 0;
         return p;
     }
     if (negative) value = -value;
-    return behind;
+    return stop;
 }
 
 }  // namespace orvalo

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 /// Everything that the library asks of the operating system. A port replaces the one source file behind this.
 namespace orvalo::platform {
@@ -51,6 +52,12 @@ Presence LookFor(const std::string& path) noexcept;
 
 /// Whether opening the path waits for nobody, and what is read can be read again.
 bool IsRegularFile(const std::string& path) noexcept;
+
+/// What the system says of opening and reading that file, or an empty text where both can be done, or might wait.
+std::string WhyUnreadable(const std::string& path);
+
+/// The names in a directory, as far as they can be told; at most some thousands.
+std::vector<std::string> FilesIn(const std::string& directory);
 
 /// The path made absolute and freed of "." and "..", without following links. Nothing when the current directory is
 /// unknown. Throws std::bad_alloc.

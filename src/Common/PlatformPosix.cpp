@@ -30,11 +30,11 @@ bool UnmapPages(void* start, std::size_t size) noexcept {
 }
 
 void DiscardPages(void* start, std::size_t size) noexcept {
-    static const auto pageSize = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-    const auto first = (reinterpret_cast<std::uintptr_t>(start) + pageSize - 1) / pageSize * pageSize;
-    const auto last = (reinterpret_cast<std::uintptr_t>(start) + size) / pageSize * pageSize;
+    static const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    const std::size_t before = (pageSize - reinterpret_cast<std::uintptr_t>(start) % pageSize) % pageSize;
+    if (size < before + pageSize) return;
     // Other advice than this one may leave the content in place until memory is short.
-    if (first < last) ::madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
+    ::madvise(static_cast<char*>(start) + before, (size - before) / pageSize * pageSize, MADV_DONTNEED);
 }
 
 InputFile::~InputFile() {
@@ -92,6 +92,29 @@ Presence LookFor(const std::string& path) noexcept {
 bool IsRegularFile(const std::string& path) noexcept {
     struct stat status {};
     return path.find('\0') == std::string::npos && ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+std::string WhyUnreadable(const std::string& path) {
+    struct stat status {};
+    int problem = ::stat(path.c_str(), &status) != 0 ? errno : 0;
+    if (problem == 0 && S_ISDIR(status.st_mode)) problem = EISDIR;
+    if (problem == 0 && S_ISREG(status.st_mode)) {
+        InputFile file;
+        char byte = 0;
+        if (!file.Open(path) || !file.Read(&byte, 1)) problem = errno;
+    }
+    return problem == 0 ? std::string() : std::generic_category().message(problem);
+}
+
+std::vector<std::string> FilesIn(const std::string& directory) {
+    constexpr std::size_t most = 5000;
+    std::vector<std::string> names;
+    std::error_code error;
+    std::filesystem::directory_iterator entry(directory, error);
+    for (; !error && entry != std::filesystem::directory_iterator() && names.size() < most; entry.increment(error)) {
+        names.push_back(entry->path().filename().string());
+    }
+    return names;
 }
 
 std::optional<std::string> AbsolutePath(const std::string& path) {

@@ -31,6 +31,18 @@ inline constexpr const char* ResultsMat = "Results\\ResultsMat";
 inline constexpr const char* ResultsTxt = "Results\\ResultsTxt";
 }  // namespace module
 
+/// Lines of those modules that are fixed, whatever line raises: clients tell by them what was refused, or which buffer
+/// did not fit.
+namespace knownLine {
+inline constexpr int CubesBuffer = 56;
+inline constexpr int TemperaturesBuffer = 62;
+inline constexpr int DampingCubesBuffer = 71;
+inline constexpr int PiezoPointDuplicated = 35;
+inline constexpr int PiezoPoint = 41;
+inline constexpr int SetPoints = 14;
+inline constexpr int TableSamples = 23;
+}  // namespace knownLine
+
 /// Throws the catalogue entry `message`, its conversions filled with `arguments`, as raised by `sourceModule` in
 /// `line`.
 template <class... Arguments>

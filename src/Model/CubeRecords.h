@@ -6,14 +6,14 @@
 #include <limits>
 #include <memory>
 
+#include <Orvalo3DReader/Model/Cubes.h>
+
 #include "Common/Buffers.h"
 
 namespace orvalo {
 
-/// Bytes of a packed cube record: x, y, z (16-bit each), material (8-bit).
-inline constexpr std::size_t cubeStride = 7;
-/// Bytes of a packed damping record: a cube record and an 8-byte double.
-inline constexpr std::size_t dampingCubeStride = 15;
+inline constexpr std::size_t cubeStride = Cubes::recordSize;
+inline constexpr std::size_t dampingCubeStride = Cubes::dampingRecordSize;
 
 /// A cube record in the low 7 bytes of a word.
 inline std::uint64_t PackCube(std::uint32_t x, std::uint32_t y, std::uint32_t z, unsigned int material) {

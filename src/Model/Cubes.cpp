@@ -18,17 +18,15 @@ const Cube* Cubes::GetCube(std::size_t index) const {
     return reinterpret_cast<const Cube*>(cubesBuffer_.get() + cubeStride * index);
 }
 
-// The line numbers of the three failures are fixed: clients tell by them which buffer did not fit.
-
 void Cubes::AllocCubes(std::size_t count, bool withTemperatures) {
     cubesCount_ = count;
     cubesBuffer_.reset();
     temperaturesBuffer_.reset();
     cubesBuffer_ = AllocateRecords(count, cubeStride);
-    if (!cubesBuffer_) Raise(module::Cubes, 56, ReaderMessages::OutOfMemory);
+    if (!cubesBuffer_) Raise(module::Cubes, knownLine::CubesBuffer, ReaderMessages::OutOfMemory);
     if (!withTemperatures) return;
     const auto bytes = AllocateToFill(count, sizeof(double));
-    if (!bytes) Raise(module::Cubes, 62, ReaderMessages::OutOfMemory);
+    if (!bytes) Raise(module::Cubes, knownLine::TemperaturesBuffer, ReaderMessages::OutOfMemory);
     temperaturesBuffer_ = {bytes, reinterpret_cast<double*>(bytes.get())};
 }
 
@@ -36,7 +34,7 @@ void Cubes::AllocDampingCubes(std::size_t count) {
     dampingCubesCount_ = count;
     dampingCubesBuffer_.reset();
     dampingCubesBuffer_ = AllocateRecords(count, dampingCubeStride);
-    if (!dampingCubesBuffer_) Raise(module::Cubes, 71, ReaderMessages::OutOfMemory);
+    if (!dampingCubesBuffer_) Raise(module::Cubes, knownLine::DampingCubesBuffer, ReaderMessages::OutOfMemory);
 }
 
 }  // namespace orvalo

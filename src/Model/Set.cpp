@@ -14,7 +14,7 @@ constexpr std::size_t bytesPerPoint = 2 * sizeof(Point);
 
 Set::Set(int setId, unsigned int pointsCount) : id(setId), count(pointsCount) {
     storage_ = AllocateZeroed(count, bytesPerPoint);
-    if (!storage_) Raise(module::Set, 14, ReaderMessages::OutOfMemory);
+    if (!storage_) Raise(module::Set, knownLine::SetPoints, ReaderMessages::OutOfMemory);
     points = reinterpret_cast<Point*>(storage_.get());
 }
 

@@ -12,7 +12,7 @@ void Table::Allocate(bool asDoubles) {
     elementSize = asDoubles ? sizeof(double) : sizeof(float);
     data = nullptr;
     storage_ = AllocateToFill(count, elementSize);
-    if (!storage_) Raise(module::Table, 23, ReaderMessages::OutOfMemory);
+    if (!storage_) Raise(module::Table, knownLine::TableSamples, ReaderMessages::OutOfMemory);
     data = storage_.get();
 }
 

@@ -111,7 +111,7 @@ void ReadActuatorSection(ReaderCore& core, const ModelReading& reading) {
     PropertySet given;
     if (!ReadProperties(core, properties, own, given)) return core.SkipToEnd();
     const Need driven = own.actuator.input == wave ? forWave : forDefinition;
-    if (given.Missing(properties, always | driven) != nullptr) {
+    if (given.Lacks(core, properties, always | driven)) {
         ORVALO_RAISE(SectionReader, ReaderMessages::ObligatoryPropNotDefined);
     }
     reading.model.actuators.push_back(own.actuator);

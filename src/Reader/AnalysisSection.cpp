@@ -35,7 +35,7 @@ WordList AnalysisWords() {
 void ReadAnalysisSection(ReaderCore& core, const ModelReading& reading) {
     PropertySet given;
     ReadProperties(core, properties, reading.model, given);
-    given.Require(properties);
+    given.Require(core, properties);
 }
 
 }  // namespace orvalo

@@ -4,6 +4,8 @@
 
 #include "Reader/Lexer.h"
 #include "Reader/PlainNumber.h"
+#include "Reader/ReportedPosition.h"
+#include "Reader/RowStep.h"
 
 namespace orvalo {
 
@@ -28,6 +30,13 @@ public:
         if (positionLine_ != 0) {
             lexer_.position = {file.index, static_cast<int>(positionLine_), static_cast<int>(positionColumn_)};
         }
+    }
+
+    /// Passes over a row.
+    void Pass(const RowStep& step) {
+        at += step.bytes;
+        line += step.lines;
+        column = (column & step.columnMask) + step.columns;
     }
 
     /// Reads the next token if it is a number of the common kind, counting as Lexer::NextToken does; otherwise changes

@@ -15,7 +15,7 @@ void CheckCoordinate(std::uint32_t value, const ExceptionMessage& message) {
 
 std::uint32_t ReadCoordinate(ReaderCore& core, const ExceptionMessage& message) {
     std::uint32_t value = 0;
-    if (!core.lexer.ReadNatural(value)) ORVALO_RAISE(SectionReader, message);
+    if (!core.ReadNatural(value)) ORVALO_RAISE(SectionReader, message);
     CheckCoordinate(value, message);
     return value;
 }
@@ -24,7 +24,8 @@ std::uint32_t ReadCoordinate(ReaderCore& core, const ExceptionMessage& message) 
 
 bool ReadBulkPosition(ReaderCore& core, std::uint64_t read, std::uint64_t count, BulkPosition& position) {
     core.row = read + 1;
-    if (!core.lexer.ReadNatural(position.x)) return false;
+    if (!core.ReadNatural(position.x)) return false;
+    if (read >= core.rowLimit) core.rowLimit = core.recovery->BulkRowBegins(read);
     if (read == count) ORVALO_RAISE(SectionReader, ReaderMessages::TooManyCubes);
     CheckCoordinate(position.x, ReaderMessages::InvalidXCoordinate);
     position.y = ReadCoordinate(core, ReaderMessages::InvalidYCoordinate);
@@ -33,6 +34,10 @@ bool ReadBulkPosition(ReaderCore& core, std::uint64_t read, std::uint64_t count,
 }
 
 void CloseBulkRows(ReaderCore& core, std::uint64_t read, std::uint64_t count) {
+    if (core.recovery != nullptr) {
+        core.recovery->RowsRead(read);
+        core.rowLimit = 0;
+    }
     // What stands behind the last row is no row.
     if (read == count) core.row = 0;
     core.NextToken();
@@ -42,6 +47,25 @@ void CloseBulkRows(ReaderCore& core, std::uint64_t read, std::uint64_t count) {
     }
     if (read < count) ORVALO_RAISE(SectionReader, ReaderMessages::NotEnoughCubes, static_cast<int>(count - read));
     ORVALO_RAISE(SectionReader, ReaderMessages::SectionClosingExpected);
+}
+
+NextRow ResumeInRows(ReaderCore& core, unsigned int numbers, bool full) {
+    Lexer& lexer = core.lexer;
+    const bool tokenRead = !lexer.HasReadNatural();
+    if (tokenRead && core.AtWord()) {
+        core.Hold();
+        return NextRow::None;
+    }
+    // Where each line holds a number more or less than a row, no row can be told from the next one.
+    const std::size_t inLine = lexer.NumbersInLine();
+    const bool shifted = inLine + 1 == numbers || inLine == numbers + 1;
+    if (full || (!tokenRead && shifted && inLine == lexer.NumbersInNextLine())) {
+        core.SkipBlock();
+        return NextRow::None;
+    }
+    if (tokenRead && core.token.type == TokenType::Number && lexer.ReturnToNatural()) return NextRow::AtThisOne;
+    lexer.SkipRow();
+    return NextRow::AfterThisOne;
 }
 
 BulkMaterials::BulkMaterials(const MaterialRepository& materials, bool asWritten) {
@@ -54,7 +78,7 @@ BulkMaterials::BulkMaterials(const MaterialRepository& materials, bool asWritten
 
 unsigned int BulkMaterials::Read(ReaderCore& core) const {
     std::uint32_t number = 0;
-    if (!core.lexer.ReadNatural(number) || number < 1 || number > 255) {
+    if (!core.ReadNatural(number) || number < 1 || number > 255) {
         ORVALO_RAISE(SectionReader, ReaderMessages::IncorrectMaterialIndex);
     }
     if (!Known(number)) ORVALO_RAISE(SectionReader, ReaderMessages::MaterialNotDefined, static_cast<int>(number));
@@ -63,7 +87,10 @@ unsigned int BulkMaterials::Read(ReaderCore& core) const {
 
 std::uint64_t ReadBulkCount(const ReaderCore& core, std::int64_t largest) {
     const auto count = core.Truncated();
-    if (!count || *count < 1 || *count > largest) ORVALO_RAISE(SectionReader, ReaderMessages::InvalidCountValue);
+    if (!count || *count < 1 || *count > largest) {
+        core.range = {1.0, static_cast<double>(largest), true};
+        ORVALO_RAISE(SectionReader, ReaderMessages::InvalidCountValue);
+    }
     return static_cast<std::uint64_t>(*count);
 }
 

@@ -25,6 +25,24 @@ bool ReadBulkPosition(ReaderCore& core, std::uint64_t read, std::uint64_t count,
 /// NotEnoughCubes or SectionClosingExpected.
 void CloseBulkRows(ReaderCore& core, std::uint64_t read, std::uint64_t count);
 
+/// Where the next row may begin after an error in one: the lexer stands there, unless there is none, because the rows
+/// are over or cannot be told from one another.
+enum class NextRow : std::uint8_t { AfterThisOne, AtThisOne, None };
+/// To be called after an error in a row of `numbers` numbers; `full` tells that no more rows are due.
+NextRow ResumeInRows(ReaderCore& core, unsigned int numbers, bool full);
+
+/// Has `rows` read to their END, and where reading goes on after errors, do so in the next row. Its `ReadOn` reads all
+/// that follows, its `PassOver` leaves out a row, its `Full` tells whether there are as many as declared.
+template <class Rows>
+void ReadAllRows(ReaderCore& core, Rows& rows, unsigned int numbers) {
+    while (!core.Attempt([&] { rows.ReadOn(); })) {
+        core.row = 0;
+        const NextRow next = ResumeInRows(core, numbers, rows.Full());
+        if (next == NextRow::None) return;
+        if (next == NextRow::AfterThisOne) rows.PassOver();
+    }
+}
+
 /// The material numbers of bulk rows.
 class BulkMaterials {
 public:

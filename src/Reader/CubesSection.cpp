@@ -1,6 +1,7 @@
-#include <atomic>
+#include <algorithm>
 #include <limits>
 
+#include "Common/Publish.h"
 #include "Common/Raise.h"
 #include "Model/CubeRecords.h"
 #include "Reader/BulkRows.h"
@@ -23,15 +24,18 @@ public:
           modelBounds_(reading.model.bounds),
           progress_(reading.progress),
           count_(reading.model.cubes.CubesCount()),
-          record_(reading.model.cubes.CubesPtr()),
-          temperature_(reading.model.cubes.TemperaturesPtr()) {}
+          firstRecord_(reading.model.cubes.CubesPtr()),
+          firstTemperature_(reading.model.cubes.TemperaturesPtr()),
+          record_(firstRecord_),
+          temperature_(firstTemperature_) {}
 
     CubeRows(const CubeRows&) = delete;
     CubeRows& operator=(const CubeRows&) = delete;
     /// The bounds hold what was stored, also where reading failed thereafter.
     ~CubeRows() { bounds_.Widen(modelBounds_); }
 
-    void Read() {
+    /// Reads what follows, up to the END of the rows.
+    void ReadOn() {
         do {
             if (temperature_ == nullptr) {
                 ReadPlainRows<false>();
@@ -42,6 +46,15 @@ public:
         CloseBulkRows(core_, read_, count_);
     }
 
+    bool Full() const { return read_ == count_; }
+
+    /// Leaves out a row, of which something may be stored.
+    void PassOver() {
+        ++read_;
+        record_ = firstRecord_ + read_ * cubeStride;
+        if (temperature_ != nullptr) temperature_ = firstTemperature_ + read_;
+    }
+
 private:
     /// Reads rows of the common kind for as long as they follow one another. Returns whether the last one was complete:
     /// false when its temperature is still to be read. What changes with each row is kept out of memory that the
@@ -49,14 +62,15 @@ private:
     template <bool withTemperatures>
     bool ReadPlainRows() {
         PlainRows<4> rows(core_.lexer);
+        const std::uint64_t limit = std::min(count_, core_.rowLimit);
         unsigned long long* const progress = progress_;
         std::uint64_t read = read_;
         unsigned char* record = record_;
         double* temperature = temperature_;
         RowBounds bounds = bounds_;
         bool complete = true;
-        while (complete && read < count_ && rows.Look() && materials_.Known(rows.Fourth())) {
-            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Fourth()]);
+        while (complete && read < limit && rows.Look() && materials_.Known(rows.Material())) {
+            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Material()]);
             StoreCube(record, packed);
             record += cubeStride;
             bounds.Add(packed);
@@ -103,11 +117,6 @@ private:
         Publish(progress_, ++read_);
     }
 
-    static void Publish(unsigned long long* progress, std::uint64_t read) {
-        // Not to be gathered into one store at the end: the caller watches it from another thread.
-        if (progress != nullptr) std::atomic_ref(*progress).store(read, std::memory_order_relaxed);
-    }
-
     ReaderCore& core_;
     BulkMaterials materials_;
     Bounds& modelBounds_;
@@ -115,6 +124,8 @@ private:
     unsigned long long* progress_;
     std::uint64_t count_;
     std::uint64_t read_ = 0;
+    unsigned char* firstRecord_;
+    double* firstTemperature_;
     unsigned char* record_;
     double* temperature_;
 };
@@ -132,8 +143,13 @@ struct CubesReading {
 };
 
 void ReadRows(ReaderCore& core, CubesReading& reading) {
-    ModelAccess::AllocCubes(reading.model.model.cubes, reading.count, reading.withTemperatures);
-    CubeRows(core, reading.model).Read();
+    Cubes& cubes = reading.model.model.cubes;
+    core.Attempt([&] { ModelAccess::AllocCubes(cubes, reading.count, reading.withTemperatures); });
+    // Without a count, or memory for it, which are errors that reading may go on after, rows are passed over.
+    if (reading.count == 0 || cubes.CubesPtr() == nullptr) return core.SkipBlock();
+    if (reading.withTemperatures && cubes.TemperaturesPtr() == nullptr) return core.SkipBlock();
+    CubeRows rows(core, reading.model);
+    ReadAllRows(core, rows, reading.withTemperatures ? 5 : 4);
 }
 
 void RefuseInit(ReaderCore&, CubesReading&) {
@@ -163,7 +179,7 @@ void ReadCubesSection(ReaderCore& core, const ModelReading& reading) {
     CubesReading own{reading};
     PropertySet given;
     ReadProperties(core, properties, own, given);
-    given.Require(properties);
+    given.Require(core, properties);
 }
 
 }  // namespace orvalo

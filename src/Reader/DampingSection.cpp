@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -29,19 +30,29 @@ public:
     /// The bounds hold what was stored, also where reading failed thereafter.
     ~DampingRows() { bounds_.Widen(modelBounds_); }
 
-    void Read() {
+    /// Reads what follows, up to the END of the rows.
+    void ReadOn() {
         do {
             ReadPlainRows();
         } while (ReadRow());
         CloseBulkRows(core_, read_, count_);
     }
 
+    bool Full() const { return read_ == count_; }
+
+    /// Leaves out a row, of which nothing is stored.
+    void PassOver() {
+        ++read_;
+        record_ += dampingCubeStride;
+    }
+
 private:
     /// Reads rows of the common kind for as long as they follow one another.
     void ReadPlainRows() {
         PlainRows<4> rows(core_.lexer);
-        while (read_ < count_ && rows.Look() && materials_.Known(rows.Fourth())) {
-            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Fourth()]);
+        const std::uint64_t limit = std::min(count_, core_.rowLimit);
+        while (read_ < limit && rows.Look() && materials_.Known(rows.Material())) {
+            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Material()]);
             rows.Accept();
             double coefficient = 0.0;
             if (!rows.TakeNumber(coefficient)) {
@@ -93,8 +104,12 @@ struct DampingReading {
 };
 
 void ReadRows(ReaderCore& core, DampingReading& reading) {
-    ModelAccess::AllocDampingCubes(reading.model.model.cubes, reading.count);
-    DampingRows(core, reading.model).Read();
+    Cubes& cubes = reading.model.model.cubes;
+    core.Attempt([&] { ModelAccess::AllocDampingCubes(cubes, reading.count); });
+    // Without a count, or memory for it, which are errors that reading may go on after, rows are passed over.
+    if (reading.count == 0 || cubes.DampingCubesPtr() == nullptr) return core.SkipBlock();
+    DampingRows rows(core, reading.model);
+    ReadAllRows(core, rows, 5);
 }
 
 constexpr Property<DampingReading> properties[] = {
@@ -117,7 +132,7 @@ void ReadDampingSection(ReaderCore& core, const ModelReading& reading) {
     DampingReading own{reading};
     PropertySet given;
     ReadProperties(core, properties, own, given);
-    given.Require(properties);
+    given.Require(core, properties);
 }
 
 }  // namespace orvalo

@@ -10,9 +10,8 @@ namespace orvalo {
 
 namespace {
 
-enum Type { FullPulse = 1, HalfPulse, ContinuousWave };
-enum Waveform { Square = 1, Sine, Gaussian };
-constexpr int hannWindow = 1;
+/// How many samples are made between looks at the flag.
+constexpr std::size_t piece = 4096;
 
 /// One sample after the other of a waveform. The formulas are evaluated in this very order: samples are compared bit
 /// for bit between runs and machines.
@@ -23,11 +22,11 @@ public:
 
     /// The sample at `t` seconds.
     double At(double t) const {
-        if (definition_.waveform == Gaussian) return GaussianAt(t);
+        if (definition_.waveform == ActuatorWaveformGaussian) return GaussianAt(t);
         double s = std::sin(definition_.phase / 180.0 * 3.141592653589793 + t * 6.283185307179586 * frequency_);
-        if (definition_.waveform == Square) s = s >= 0.0 ? 1.0 : -1.0;
+        if (definition_.waveform == ActuatorWaveformSquare) s = s >= 0.0 ? 1.0 : -1.0;
         // Pulses are their own envelope.
-        if (definition_.type == ContinuousWave && definition_.envelope == hannWindow) {
+        if (definition_.type == ActuatorTypeContinuousWave && definition_.envelope == ActuatorEnvelopeHannWindow) {
             s = s * (1.0 - std::cos(t * 6.283185307179586 / duration_)) * 0.5;
         }
         return s;
@@ -37,11 +36,11 @@ private:
     /// In hertz.
     double SignalFrequency() const {
         switch (definition_.type) {
-            case FullPulse:
+            case ActuatorTypeFullPulse:
                 return 1.0 / duration_;
-            case HalfPulse:
+            case ActuatorTypeHalfPulse:
                 return 1.0 / (duration_ * 2.0);
-            case ContinuousWave:
+            case ActuatorTypeContinuousWave:
                 return definition_.frequency * 1000.0;
             default:
                 return 0.0;
@@ -59,16 +58,18 @@ private:
 };
 
 template <class Sample>
-void FillTable(const Actuator::Definition& definition, Table& table, double timeStep) {
+void FillTable(const Actuator::Definition& definition, Table& table, double timeStep, StopFlag stop) {
     const WaveformSampler sampler(definition);
     auto* sample = static_cast<unsigned char*>(table.data);
     double t = 0.0;
-    for (std::size_t i = 0; i < table.count; ++i) {
-        const auto value = static_cast<Sample>(sampler.At(t));
-        std::memcpy(sample, &value, sizeof value);
-        sample += sizeof value;
-        t += timeStep;
-    }
+    stop.CheckEach(piece, table.count, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i) {
+            const auto value = static_cast<Sample>(sampler.At(t));
+            std::memcpy(sample, &value, sizeof value);
+            sample += sizeof value;
+            t += timeStep;
+        }
+    });
 }
 
 std::size_t SampleCount(const Actuator::Definition& definition, double timeStep) {
@@ -76,15 +77,16 @@ std::size_t SampleCount(const Actuator::Definition& definition, double timeStep)
     constexpr double limit = 18446744073709551616.0;  // 2^64
     // A table that long fits no memory, so it fails as its allocation would; so does the one that a time step of -0.0
     // asks for.
-    if (!(count >= 0.0 && count < limit)) Raise(module::Table, 23, ReaderMessages::OutOfMemory);
+    if (!(count >= 0.0 && count < limit)) Raise(module::Table, knownLine::TableSamples, ReaderMessages::OutOfMemory);
     return static_cast<std::size_t>(count);
 }
 
 }  // namespace
 
-void GenerateTables(Model& model, bool doublePrecision) {
+void GenerateTables(Model& model, bool doublePrecision, StopFlag stop) {
     int id = -1;
     for (Actuator& actuator : model.actuators) {
+        stop.Check();
         if (actuator.tableId != 0) continue;
         while (model.tables.count(id) != 0) --id;
         const auto table = std::make_shared<Table>();
@@ -92,9 +94,9 @@ void GenerateTables(Model& model, bool doublePrecision) {
         table->count = SampleCount(actuator.definition, model.timeStep);
         ModelAccess::Allocate(*table, doublePrecision);
         if (doublePrecision) {
-            FillTable<double>(actuator.definition, *table, model.timeStep);
+            FillTable<double>(actuator.definition, *table, model.timeStep, stop);
         } else {
-            FillTable<float>(actuator.definition, *table, model.timeStep);
+            FillTable<float>(actuator.definition, *table, model.timeStep, stop);
         }
         actuator.tableId = id;
         model.tables.emplace(id, table);
@@ -112,8 +114,11 @@ void CheckGeneratedTables(ReaderCore& core, const Model& model) {
     }
 }
 
-void AssignTables(Model& model) {
-    for (Actuator& actuator : model.actuators) actuator.table = model.tables.at(actuator.tableId).get();
+void AssignTables(Model& model, StopFlag stop) {
+    for (Actuator& actuator : model.actuators) {
+        stop.Check();
+        actuator.table = model.tables.at(actuator.tableId).get();
+    }
 }
 
 }  // namespace orvalo

@@ -4,21 +4,18 @@
 #include <bit>
 #include <string_view>
 
-#include "Common/FastDecimal.h"
+#include "Common/Bytes.h"
 #include "Common/ParseNumber.h"
 #include "Common/Raise.h"
 #include "Reader/LexerTable.h"
 #include "Reader/PlainNumber.h"
+#include "Reader/ReportedPosition.h"
 
 namespace orvalo {
 
 namespace {
 
 using lexer::classOf;
-
-constexpr char ToLower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 /// How a path is compared with those opened before.
 std::string Folded(std::string path) {
@@ -33,12 +30,9 @@ bool MayBeginNumber(char byte) {
 
 /// How many bytes from `p` on neither end a comment nor move the reported position.
 std::size_t CommentRun(const char* p) {
-    constexpr std::uint64_t ones = 0x0101010101010101U;
     const char* const start = p;
     for (;; p += 8) {
-        const std::uint64_t word = LoadEight(p);
-        // Exact for the lowest byte below the limit, which is all that is asked.
-        const std::uint64_t below = (word - ones * positionStays) & ~word & (ones * 0x80);
+        const std::uint64_t below = BytesBelow(LoadEight(p), firstToHoldPosition);
         if (below != 0)
             return static_cast<std::size_t>(p - start) + static_cast<std::size_t>(std::countr_zero(below)) / 8;
     }
@@ -68,7 +62,7 @@ void TakeEquals(LexerFile& file, Token& token) {
 }
 
 /// One scan for a token: counts the bytes that it reads and moves the reported position. A line feed is counted when
-/// the byte behind it is read in the same scan, so one that ends a token is not.
+/// the byte after it is read in the same scan, so one that ends a token is not.
 class Scan {
 public:
     Scan(LexerFile& file, Lexer::Position& position) : file_(file), position_(position) {}
@@ -89,7 +83,7 @@ public:
     /// Counts and reads each byte of a comment up to what may end it.
     void SkipComment() {
         for (;;) {
-            if (previous_ >= positionStays) {
+            if (!MovesPosition(previous_)) {
                 const std::size_t left = static_cast<std::size_t>(file_.end - file_.cursor);
                 const std::size_t run = std::min(CommentRun(file_.cursor), left);
                 file_.cursor += run;
@@ -106,7 +100,7 @@ public:
     /// Counts and reads the bytes that only lengthen the token.
     void TakeRun(lexer::State state, std::string& text) {
         const unsigned int longer = lexer::lengthening[state];
-        if (longer == 0 || previous_ < positionStays) return;
+        if (longer == 0 || MovesPosition(previous_)) return;
         const char* const first = file_.cursor;
         const char* p = first;
         while ((longer >> classOf[static_cast<unsigned char>(*p)] & 1U) != 0) ++p;
@@ -150,10 +144,17 @@ void Lexer::OpenCompleted(const std::string& path) {
     // Files read to their end count too: a model includes a file once.
     if (!openedPaths_.insert(Folded(path)).second) ORVALO_RAISE(Lexer, ReaderMessages::RecursvieInclude);
     const int parent = current_ ? current_->index : -1;
-    files_.push_back(std::make_shared<LexerFile>(parent, static_cast<int>(files_.size()), path));
+    files_.push_back(std::make_shared<LexerFile>(parent, static_cast<int>(files_.size()), path, stopFlag));
     if (current_) files_.back()->includedAt = current_->Marked();
     current_ = files_.back();
     current_->Open(bufferSize_);
+}
+
+void Lexer::OpenAt(const std::string& path, const FilePlace& from) {
+    CloseAll();
+    files_.push_back(std::make_shared<LexerFile>(-1, 0, path, stopFlag));
+    current_ = files_.back();
+    current_->OpenAt(from, bufferSize_);
 }
 
 void Lexer::Mark(LexerFile& file, std::size_t back) {
@@ -168,6 +169,7 @@ void Lexer::ReadRawToken(Token& token) {
     State state = Start;
     token.text.clear();
     token.plainText = {};
+    naturalRead_ = false;
     for (;;) {
         if (state == Start) {
             scan.SkipBlanks();
@@ -227,7 +229,9 @@ void Lexer::NextToken(Token& token) {
             current_ = files_[static_cast<std::size_t>(current_->parent)];
             continue;
         }
-        if (token.type != TokenType::Keyword || token.text != "include") return;
+        if (token.type != TokenType::Keyword) return;
+        stopFlag.Check();
+        if (token.text != "include") return;
         ReadRawToken(token);
         if (token.type != TokenType::String) ORVALO_RAISE(Lexer, ReaderMessages::IncludeFNameMissing);
         Open(token.text);
@@ -236,6 +240,7 @@ void Lexer::NextToken(Token& token) {
 
 bool Lexer::ReadNatural(std::uint32_t& value) {
     LexerFile& file = *current_;
+    naturalRead_ = true;
     for (;;) {
         const unsigned char byte = file.Get();
         ++file.column;
@@ -248,6 +253,7 @@ bool Lexer::ReadNatural(std::uint32_t& value) {
         Mark(file, byte == 0 ? 0 : 1);
         if (classOf[byte] == lexer::Digit) {
             value = byte - unsigned{'0'};
+            naturalWrapped_ = false;
             break;
         }
         file.PutBack(byte);
@@ -259,7 +265,9 @@ bool Lexer::ReadNatural(std::uint32_t& value) {
             file.PutBack(byte);
             return true;
         }
-        value = value * 10 + (byte - unsigned{'0'});
+        const std::uint64_t longer = std::uint64_t{value} * 10 + (byte - unsigned{'0'});
+        naturalWrapped_ |= longer >> 32U != 0;
+        value = static_cast<std::uint32_t>(longer);
     }
 }
 
@@ -274,39 +282,6 @@ std::string Lexer::CurrentFileName() const {
 InputPlace Lexer::Place() const noexcept {
     if (placeFile_ < 0) return {};
     return files_[static_cast<std::size_t>(placeFile_)]->MarkedPlace();
-}
-
-std::pair<int, FilePlace> Lexer::MarkedPlace() const noexcept {
-    return {placeFile_, placeFile_ < 0 ? FilePlace() : File(placeFile_).Marked()};
-}
-
-std::string_view Lexer::RestOfLine() const noexcept {
-    const LexerFile& file = *current_;
-    const std::string_view rest(file.cursor, static_cast<std::size_t>(file.end - file.cursor));
-    return file.LastByte() == '\n' ? std::string_view() : rest.substr(0, rest.find('\n'));
-}
-
-void Lexer::Recover(int code) {
-    if (!current_) return;
-    // The scan that would have counted it has ended.
-    if (code == ReaderMessages::LexUnexpectedEOL.code && current_->LastByte() == '\n') ++current_->uncountedLineFeeds;
-    if (current_->cursor == nullptr) {
-        if (current_->parent >= 0) current_ = files_[static_cast<std::size_t>(current_->parent)];
-    } else if (current_->HasFailed()) {
-        current_->GiveUp();
-    } else if (std::string_view("#/!").find(current_->LastByte()) != std::string_view::npos) {
-        SkipLine();
-    }
-}
-
-void Lexer::SkipLine() {
-    LexerFile& file = *current_;
-    if (file.LastByte() == '\n') return;
-    for (;;) {
-        const unsigned char byte = file.Get();
-        if (byte == '\n') return file.PutBack(byte);
-        if (byte == 0) return;
-    }
 }
 
 void Lexer::ResetPosition() {

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "Common/StopFlag.h"
 #include "Reader/LexerFile.h"
 #include "Reader/Token.h"
 
@@ -36,6 +37,8 @@ public:
     /// before, and what LexerFile::Open throws.
     void Open(const std::string& path) { OpenCompleted(Completed(path)); }
     void OpenCompleted(const std::string& path);
+    /// Forgets every file and reads one from a place in it on.
+    void OpenAt(const std::string& path, const FilePlace& from);
 
     /// The next token of the stream, across all included files.
     void NextToken(Token& token);
@@ -43,6 +46,8 @@ public:
     /// Skips blanks and line ends and reads an unsigned decimal number that wraps at 32 bits. At anything else it stays
     /// there and returns false. Never leaves the current file.
     bool ReadNatural(std::uint32_t& value);
+    /// Whether the number that ReadNatural gave last has wrapped.
+    bool NaturalWrapped() const { return naturalWrapped_; }
 
     /// The file whose bytes come next; for readers of plain bulk rows.
     LexerFile& Current() { return *current_; }
@@ -64,8 +69,16 @@ public:
     /// After an error of that code: makes the next token readable. A file that cannot be read is left, and so is the
     /// rest of a line after a byte that begins a comment in other formats.
     void Recover(int code);
-    /// Leaves the rest of the current line.
+    /// Leaves the rest of the current line; or of a row, which may end before an END on its line.
     void SkipLine();
+    void SkipRow();
+    /// Whether what was read last was a bulk number rather than a token.
+    bool HasReadNatural() const { return naturalRead_; }
+    /// Goes back to the first byte of the last token if it is a natural number that can still be reached.
+    bool ReturnToNatural();
+    /// How many numbers stand in the current line, and in the next one, as far as they were read.
+    std::size_t NumbersInLine() const;
+    std::size_t NumbersInNextLine() const;
 
     /// Forgets position and place, for the start of a read.
     void ResetPosition();
@@ -75,6 +88,9 @@ public:
 
     /// Ends with a separator; must be set before the first Open.
     std::string baseDirectory;
+    /// Looked at where a file is read on, and at every keyword: sections, and the buffers that they take, begin with
+    /// one.
+    StopFlag stopFlag;
     Position position;
 
 private:
@@ -88,6 +104,8 @@ private:
     std::vector<std::shared_ptr<LexerFile>> files_;
     std::unordered_set<std::string> openedPaths_;
     int placeFile_ = -1;
+    bool naturalRead_ = false;
+    bool naturalWrapped_ = false;
 };
 
 }  // namespace orvalo

@@ -4,20 +4,19 @@
 #include <new>
 #include <string_view>
 
-#include "Common/FastDecimal.h"
+#include "Common/Bytes.h"
 #include "Common/Raise.h"
 
 namespace orvalo {
 
 namespace {
 
-/// Where the line starts that goes on behind `text`: an offset in it, or npos when that line began before it. Lines
+/// Where the line that continues after `text` starts: an offset in it, or npos when the line began before it. Lines
 /// may be as long as a file, so eight bytes are looked at at once.
 std::size_t LastLineStart(std::string_view text) {
-    constexpr std::uint64_t ones = 0x0101010101010101U;
     while (text.size() >= 8) {
-        const std::uint64_t differences = LoadEight(text.data() + text.size() - 8) ^ ones * '\n';
-        if (((differences - ones) & ~differences & ones * 0x80) != 0) break;
+        const std::uint64_t differences = LoadEight(text.data() + text.size() - 8) ^ EightTimes('\n');
+        if (BytesBelow(differences, 1) != 0) break;
         text.remove_suffix(8);
     }
     const std::size_t lineFeed = text.rfind('\n');
@@ -37,6 +36,16 @@ void LexerFile::Open(std::size_t bufferSize) {
     if (!buffer_) ORVALO_RAISE(LexerFile, ReaderMessages::OutOfMemory);
     cursor = end = Begin();
     line = 1;
+}
+
+void LexerFile::OpenAt(const FilePlace& from, std::size_t bufferSize) {
+    Open(bufferSize);
+    if (!stream_.Seek(from.offset)) {
+        ORVALO_RAISE(LexerFile, ReaderMessages::ErrorReadingInputFile, Quoted(path).c_str());
+    }
+    bufferOffset_ = from.offset;
+    lineStart_ = from.offset - (from.column - 1);
+    line = from.line;
 }
 
 void LexerFile::Close() noexcept {
@@ -59,6 +68,7 @@ unsigned char LexerFile::GetAtEnd() {
 
 bool LexerFile::Refill() {
     if (exhausted_) return false;
+    stop_.Check();
     if (markColumn_ == 0) markColumn_ = ColumnOf(markOffset_);
     const std::string_view done(Begin(), static_cast<std::size_t>(end - Begin()));
     if (const std::size_t start = LastLineStart(done); start != std::string_view::npos) {
@@ -84,6 +94,33 @@ std::uint64_t LexerFile::ColumnOf(std::uint64_t offset) const noexcept {
     const std::string_view before(Begin(), static_cast<std::size_t>(offset - bufferOffset_));
     const std::size_t start = LastLineStart(before);
     return (start == std::string_view::npos ? offset - lineStart_ : before.size() - start) + 1;
+}
+
+std::string_view LexerFile::TextFromMark() const noexcept {
+    if (cursor == nullptr || markOffset_ < bufferOffset_) return {};
+    const char* const mark = Begin() + (markOffset_ - bufferOffset_);
+    return {mark, static_cast<std::size_t>(end - mark)};
+}
+
+void LexerFile::ReturnToMark() noexcept {
+    cursor = Begin() + (markOffset_ - bufferOffset_);
+    uncountedLineFeeds = markLine_ - line;
+}
+
+std::string_view LexerFile::CurrentLine() const noexcept {
+    const std::string_view before(Begin(), static_cast<std::size_t>(std::max<std::ptrdiff_t>(cursor - 1 - Begin(), 0)));
+    const std::size_t start = LastLineStart(before);
+    const char* const first = start == std::string_view::npos ? Begin() : Begin() + start;
+    const std::string_view text(first, static_cast<std::size_t>(end - first));
+    return text.substr(0, text.find('\n'));
+}
+
+std::string_view LexerFile::NextLine() const noexcept {
+    const std::string_view current = CurrentLine();
+    const char* const lineEnd = current.data() + current.size();
+    const std::string_view rest(lineEnd, static_cast<std::size_t>(end - lineEnd));
+    const std::string_view next = rest.substr(std::min<std::size_t>(1, rest.size()));
+    return next.substr(0, next.find('\n'));
 }
 
 InputPlace LexerFile::MarkedPlace() const noexcept {

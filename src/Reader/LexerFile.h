@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include <Orvalo3DReader/Reader/InputPlace.h>
 
 #include "Common/Platform.h"
+#include "Common/StopFlag.h"
 
 namespace orvalo {
 
@@ -28,16 +30,18 @@ struct FilePlace {
 /// and a column is looked up only when an error asks.
 class LexerFile {
 public:
-    LexerFile(int parentFile, int ownIndex, std::string openedPath)
-        : parent(parentFile), index(ownIndex), path(std::move(openedPath)) {}
+    LexerFile(int parentFile, int ownIndex, std::string openedPath, StopFlag stop)
+        : parent(parentFile), index(ownIndex), path(std::move(openedPath)), stop_(stop) {}
 
     /// Opens the file to be read `bufferSize` bytes at a time. Throws ErrorOpeningInputFile and OutOfMemory.
     void Open(std::size_t bufferSize);
+    /// As Open, to be read from a place in it on. Throws ErrorReadingInputFile, too.
+    void OpenAt(const FilePlace& from, std::size_t bufferSize);
     /// Releases the buffer and the stream; the record stays.
     void Close() noexcept;
 
     /// The next byte. At the end of the file 0, as often as it is asked; a NUL byte ends the file. Throws
-    /// ErrorReadingInputFile.
+    /// ErrorReadingInputFile and Stopped.
     unsigned char Get() {
         const auto byte = static_cast<unsigned char>(*cursor);
         if (byte == 0) return GetAtEnd();
@@ -61,6 +65,13 @@ public:
 
     /// The byte before the cursor, or what stood there in another buffer.
     char LastByte() const { return cursor[-1]; }
+    /// What was read from the marked byte on, as far as it is still in the buffer.
+    std::string_view TextFromMark() const noexcept;
+    /// Goes back to the marked byte, which must be in the buffer.
+    void ReturnToMark() noexcept;
+    /// The line of the byte before the cursor, and the one after it, as far as they are in the buffer.
+    std::string_view CurrentLine() const noexcept;
+    std::string_view NextLine() const noexcept;
     /// Whether reading on has failed.
     bool HasFailed() const { return failed_; }
     /// Takes what was read for all of the file.
@@ -94,6 +105,7 @@ private:
     bool Refill();
     std::uint64_t ColumnOf(std::uint64_t offset) const noexcept;
 
+    StopFlag stop_;
     platform::InputFile stream_;
     bool exhausted_ = false;
     bool failed_ = false;

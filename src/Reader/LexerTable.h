@@ -56,10 +56,10 @@ enum State : std::uint8_t {
     Start,
     InKeyword,
     IntegerPart,
-    PointAfterDigits,
+    TrailingPoint,
     Fraction,
-    AfterExponentLetter,
-    AfterExponentSign,
+    ExponentLetter,
+    ExponentSign,
     ExponentDigits,
     LeadingPoint,
     InString,
@@ -92,46 +92,48 @@ constexpr Action Fail(Failure failure) {
     return {Effect::Fail, static_cast<std::uint8_t>(failure)};
 }
 
-inline constexpr Action Er = Fail(Failure::InvalidChar);
-inline constexpr Action E1 = Fail(Failure::InvalidCharKeyword);
-inline constexpr Action E2 = Fail(Failure::InvalidCharNumber);
-inline constexpr Action E3 = Fail(Failure::UnexpectedEOF);
-inline constexpr Action E4 = Fail(Failure::UnexpectedEOL);
-inline constexpr Action Kw = End(TokenType::Keyword);
-inline constexpr Action KwB = Back(TokenType::Keyword);
-inline constexpr Action Nu = End(TokenType::Number);
-inline constexpr Action NuB = Back(TokenType::Number);
-inline constexpr Action St = End(TokenType::String);
-inline constexpr Action Eq = End(TokenType::Equals);
+// Wrong text: Bad where no token begins so, No... for what the byte cannot be part of, or for an end that comes too
+// soon.
+inline constexpr Action Bad = Fail(Failure::InvalidChar);
+inline constexpr Action NoKey = Fail(Failure::InvalidCharKeyword);
+inline constexpr Action NoNum = Fail(Failure::InvalidCharNumber);
+inline constexpr Action NoEof = Fail(Failure::UnexpectedEOF);
+inline constexpr Action NoEol = Fail(Failure::UnexpectedEOL);
+// The token ends with this byte, or before it: ...Back.
+inline constexpr Action Key = End(TokenType::Keyword), KeyBack = Back(TokenType::Keyword);
+inline constexpr Action Num = End(TokenType::Number), NumBack = Back(TokenType::Number);
+inline constexpr Action Str = End(TokenType::String);
+inline constexpr Action Equal = End(TokenType::Equals);
 inline constexpr Action Eof = End(TokenType::EndOfFile);
 inline constexpr Action Eol = End(TokenType::EndOfLine);
-inline constexpr Action G0 = Go(Start), G1 = Go(InKeyword), G2 = Go(IntegerPart), G3 = Go(PointAfterDigits),
-                        G4 = Go(Fraction), G5 = Go(AfterExponentLetter), G6 = Go(AfterExponentSign),
-                        G7 = Go(ExponentDigits), G8 = Go(LeadingPoint), G9 = Go(InString), GC = Go(InComment),
-                        GS = Go(AfterSign);
+// The token begins or continues.
+inline constexpr Action Skip = Go(Start), Word = Go(InKeyword), Text = Go(InString), Note = Go(InComment);
+inline constexpr Action Signed = Go(AfterSign), Int = Go(IntegerPart), Lead = Go(LeadingPoint),
+                        Point = Go(TrailingPoint), Frac = Go(Fraction), Exp = Go(ExponentLetter),
+                        ExpSign = Go(ExponentSign), ExpDig = Go(ExponentDigits);
+
+/// What a byte of each class does in each state.
+// clang-format off
+inline constexpr std::array<std::array<Action, classes>, states> transitions{{
+    //Other  Nul      Blank   Comm.  LineE  Expo.  Letter Digit   Dot      Sign     Equals   Quote
+    {Bad,   Eof,     Skip,   Note,  Skip,  Word,  Word,  Int,    Lead,    Signed,  Equal,   Text   },  // Start
+    {NoKey, KeyBack, Key,    Key,   Key,   Word,  Word,  Word,   KeyBack, KeyBack, KeyBack, KeyBack},  // InKeyword
+    {NoNum, NumBack, Num,    Num,   Num,   Exp,   NoNum, Int,    Point,   NumBack, NumBack, NumBack},  // IntegerPart
+    {NoNum, NumBack, Num,    Num,   Num,   Exp,   NoNum, Frac,   NoNum,   NumBack, NumBack, NumBack},  // TrailingPoint
+    {NoNum, NumBack, Num,    Num,   Num,   Exp,   NoNum, Frac,   NoNum,   NumBack, NumBack, NumBack},  // Fraction
+    {NoNum, NoEof,   NoNum,  NoNum, NoEol, NoNum, NoNum, ExpDig, NoNum,   ExpSign, NoNum,   NoNum  },  // ExponentLetter
+    {NoNum, NoEof,   NoNum,  NoNum, NoEol, NoNum, NoNum, ExpDig, NoNum,   NoNum,   NoNum,   NoNum  },  // ExponentSign
+    {NoNum, NumBack, Num,    Num,   Num,   NoNum, NoNum, ExpDig, NoNum,   NumBack, NumBack, NumBack},  // ExponentDigits
+    {NoNum, NoEof,   NoNum,  NoNum, NoEol, NoNum, NoNum, Frac,   NoNum,   NoNum,   NoNum,   NoNum  },  // LeadingPoint
+    {NoKey, NoEof,   Text,   Text,  NoEol, Text,  Text,  Text,   Text,    Text,    Text,    Str    },  // InString
+    {Note,  Eof,     Note,   Note,  Eol,   Note,  Note,  Note,   Note,    Note,    Note,    Note   },  // InComment
+    {Bad,   NoNum,   Signed, NoNum, NoEol, NoNum, NoNum, Int,    Lead,    NoNum,   NoNum,   NoNum  },  // AfterSign
+}};
+// clang-format on
 
 }  // namespace detail
 
-inline constexpr auto transitions = [] {
-    using namespace detail;
-    // clang-format off
-    return std::array<std::array<Action, classes>, states>{{
-        // Other Nul  Blank Comm. LineE Expo. Letter Digit Dot  Sign Equal Quote
-        {{ Er,  Eof, G0,   GC,   G0,   G1,   G1,    G2,   G8,  GS,  Eq,  G9  }},  // Start
-        {{ E1,  KwB, Kw,   Kw,   Kw,   G1,   G1,    G1,   KwB, KwB, KwB, KwB }},  // InKeyword
-        {{ E2,  NuB, Nu,   Nu,   Nu,   G5,   E2,    G2,   G3,  NuB, NuB, NuB }},  // IntegerPart
-        {{ E2,  NuB, Nu,   Nu,   Nu,   G5,   E2,    G4,   E2,  NuB, NuB, NuB }},  // PointAfterDigits
-        {{ E2,  NuB, Nu,   Nu,   Nu,   G5,   E2,    G4,   E2,  NuB, NuB, NuB }},  // Fraction
-        {{ E2,  E3,  E2,   E2,   E4,   E2,   E2,    G7,   E2,  G6,  E2,  E2  }},  // AfterExponentLetter
-        {{ E2,  E3,  E2,   E2,   E4,   E2,   E2,    G7,   E2,  E2,  E2,  E2  }},  // AfterExponentSign
-        {{ E2,  NuB, Nu,   Nu,   Nu,   E2,   E2,    G7,   E2,  NuB, NuB, NuB }},  // ExponentDigits
-        {{ E2,  E3,  E2,   E2,   E4,   E2,   E2,    G4,   E2,  E2,  E2,  E2  }},  // LeadingPoint
-        {{ E1,  E3,  G9,   G9,   E4,   G9,   G9,    G9,   G9,  G9,  G9,  St  }},  // InString
-        {{ GC,  Eof, GC,   GC,   Eol,  GC,   GC,    GC,   GC,  GC,  GC,  GC  }},  // InComment
-        {{ Er,  E2,  GS,   E2,   E4,   E2,   E2,    G2,   G8,  E2,  E2,  E2  }},  // AfterSign
-    }};
-    // clang-format on
-}();
+using detail::transitions;
 
 /// For each state, a bit for every class of bytes that only lengthen the token.
 inline constexpr auto lengthening = [] {

@@ -89,8 +89,11 @@ void ReadMaterialsSection(ReaderCore& core, const ModelReading& reading) {
     for (;;) {
         const bool whole = core.Attempt([&] {
             core.NextToken();
-            if (!core.IsKeyword("end")) ReadMaterial(core, reading.model.materials);
+            if (core.IsKeyword("end")) return;
+            if (core.recovery != nullptr) core.recovery->RowBegins();
+            ReadMaterial(core, reading.model.materials);
         });
+        if (core.recovery != nullptr) core.recovery->PropertyEnds();
         if (!whole && core.AtSection()) return core.Hold();
         if (!whole) core.ResumeOnLaterLine(NamesSomething);
         if (whole && core.IsKeyword("end") && !core.IsHeld()) return;

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <iterator>
-#include <new>
-#include <stdexcept>
+
+#include <Orvalo3DReader/Reader/ReadError.h>
 
 #include "Common/Platform.h"
 #include "Common/Raise.h"
+#include "Common/WithinMemory.h"
 #include "Reader/ExcitationTables.h"
 #include "Reader/ModelValidation.h"
 #include "Reader/Sections.h"
@@ -39,46 +40,61 @@ void ModelReader::Execute(Model& model, bool doublePrecision) {
     core_.row = 0;
     core_.lexer.ResetPosition();
     try {
-        SetPath();
-        OpenMainFile();
-        const ModelReading reading{model, doublePrecision, cubesOnly_, progress_};
-        if (cubesOnly_) {
-            ReadOnlyCubes(reading);
-        } else {
-            ReadWholeModel(reading);
-        }
+        WithinMemory(module::Reader, __LINE__, [&] { Read(model, doublePrecision); });
+    } catch (const Stopped&) {
+        NotePlace();
+        core_.lexer.CloseAll();
+        throw;
     } catch (Exception& failure) {
-        RaiseLocated(failure);
-    } catch (const std::bad_alloc&) {
-        // Module and text are short enough to need no memory themselves.
-        Exception failure("Reader\\Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory.");
-        RaiseLocated(failure);
-    } catch (const std::length_error&) {
-        Exception failure("Reader\\Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory.");
         RaiseLocated(failure);
     }
 }
 
-/// Closes the input and throws `inner`, called while it is being handled, with the reported place before its message.
-/// Where memory does not suffice even for that, throws OutOfMemory.
+void ModelReader::Read(Model& model, bool doublePrecision) {
+    core_.lexer.stopFlag.Check();
+    SetPath();
+    OpenMainFile();
+    const ModelReading reading{model, doublePrecision, cubesOnly_, progress_};
+    if (cubesOnly_) {
+        ReadOnlyCubes(reading);
+    } else {
+        ReadWholeModel(reading);
+    }
+}
+
+void ModelReader::NotePlace() noexcept {
+    failurePlace_ = core_.lexer.Place();
+    failureRow_ = core_.row;
+}
+
+/// Closes the input and throws `inner`, called while it is being handled, with its place and with the reported place
+/// before its message. Where memory does not suffice even for that, throws OutOfMemory, at a place without a path.
 void ModelReader::RaiseLocated(Exception& inner) {
     // What the message, and a description made of it, may hold besides the name and the inner message.
     constexpr std::size_t longestText = 900;
 
-    failurePlace_ = core_.lexer.Place();
-    failureRow_ = core_.row;
+    NotePlace();
     const Lexer::Position position = core_.lexer.position;
     try {
-        std::string fileName = core_.lexer.CurrentFileName();
-        core_.lexer.CloseAll();
-        if (fileName.empty()) throw Exception(inner);
+        std::string fileName = CloseInput();
+        if (fileName.empty()) throw ReadError(inner, failurePlace_, failureRow_);
         const std::size_t room = longestText - std::min(longestText, inner.what().size());
         if (fileName.size() > room) fileName.erase(0, fileName.size() - room);
-        throw Exception(inner, fileName, position.line, position.column);
+        throw ReadError(Exception(inner, fileName, position.line, position.column), failurePlace_, failureRow_);
     } catch (const std::bad_alloc&) {
-        core_.lexer.CloseAll();
-        throw Exception("Reader\\Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory.");
+        // Module and text are short enough to need no memory themselves.
+        throw ReadError({"Reader", __LINE__, ReaderMessages::OutOfMemory.code, "Out of memory."},
+                        {{}, failurePlace_.offset, failurePlace_.line, failurePlace_.column}, failureRow_);
     }
+}
+
+/// Closes all files, also where it throws, and returns the name that messages show of the one that was being read.
+std::string ModelReader::CloseInput() {
+    const struct Closing {
+        ~Closing() { lexer.CloseAll(); }
+        Lexer& lexer;
+    } closing{core_.lexer};
+    return core_.lexer.CurrentFileName();
 }
 
 void ModelReader::SetPath() {
@@ -105,12 +121,10 @@ void ModelReader::ReadWholeModel(const ModelReading& reading) {
     ReadSections(reading);
     CheckComplete(reading.model);
     CheckRequiredTables(core_, reading.model);
-    if (core_.recovery == nullptr) {
-        GenerateTables(reading.model, reading.doublePrecision);
-        AssignTables(reading.model);
-    } else {
-        CheckGeneratedTables(core_, reading.model);
-    }
+    if (core_.recovery != nullptr) return CheckGeneratedTables(core_, reading.model);
+    const StopFlag stop = core_.lexer.stopFlag;
+    GenerateTables(reading.model, reading.doublePrecision, stop);
+    AssignTables(reading.model, stop);
 }
 
 /// Takes the grid from wherever its keywords stand: without the other grammars it is not known where sections begin.
@@ -149,6 +163,7 @@ void ModelReader::ReadSection(const Section& section, const ModelReading& readin
         NoteDefined(section);
         return section.read(core_, reading);
     }
+    core_.rowLimit = 0;
     core_.recovery->SectionBegins(section);
     const bool again = section.order != SectionOrder::Any && IsDefined(section.order);
     core_.Attempt([&] { CheckOrder(section); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -24,11 +25,14 @@ public:
     const ReaderCore& Core() const { return core_; }
 
     void TraceCurrentCube(unsigned long long* counter) { progress_ = counter; }
+    void Threads(unsigned int count) { threads_ = count; }
+    void StopOn(const std::atomic<bool>* flag) { core_.lexer.stopFlag = StopFlag(flag); }
     void Execute(Model& model, bool doublePrecision);
     const InputPlace& FailurePlace() const { return failurePlace_; }
     std::uint64_t FailureRow() const { return failureRow_; }
 
 private:
+    void Read(Model& model, bool doublePrecision);
     void SetPath();
     void OpenMainFile();
     void ReadWholeModel(const ModelReading& reading);
@@ -40,11 +44,14 @@ private:
     void NoteDefined(const Section& section);
     bool IsDefined(SectionOrder order) const;
 
+    void NotePlace() noexcept;
     [[noreturn]] void RaiseLocated(Exception& inner);
+    std::string CloseInput();
 
     std::string path_;
     bool cubesOnly_;
     unsigned long long* progress_ = nullptr;
+    unsigned int threads_ = 1;
     /// A bit for each SectionOrder of which a section was met.
     unsigned int defined_ = 0;
     /// A bit for each that was missed where it should have come first.

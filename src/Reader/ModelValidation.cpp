@@ -10,7 +10,11 @@ namespace {
 template <class RaiseMissing>
 void CheckTables(ReaderCore& core, std::map<int, int>& required, const std::map<int, std::shared_ptr<Table>>& defined,
                  const RaiseMissing& raise) {
-    for (const auto& entry : defined) required[entry.first] = 1;
+    const StopFlag stop = core.lexer.stopFlag;
+    for (const auto& entry : defined) {
+        stop.Check();
+        required[entry.first] = 1;
+    }
     for (const auto& [id, found] : required) {
         if (found != 0) continue;
         core.subject = id;

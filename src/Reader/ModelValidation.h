@@ -13,7 +13,7 @@ void CheckExcitation(const Model& model);
 void CheckOutput(const Model& model);
 
 /// Checks that every table that a piezo patch or an actuator names is defined: those of a patch within the patch, those
-/// of actuators in the model. Marks what it found. Throws PiezoTableMissing and TableMissing.
+/// of actuators in the model. Marks what it found. Throws PiezoTableMissing, TableMissing and Stopped.
 void CheckRequiredTables(ReaderCore& core, Model& model);
 
 }  // namespace orvalo

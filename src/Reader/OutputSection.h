@@ -47,7 +47,7 @@ void ReadOutput(ReaderCore& core, const Property<Output> (&properties)[n], std::
     Output output;
     PropertySet given;
     if (!ReadProperties(core, properties, output, given)) return core.SkipToEnd();
-    if (given.Missing(properties, always) != nullptr) {
+    if (given.Lacks(core, properties, always)) {
         ORVALO_RAISE(SectionReader, ReaderMessages::ObligatoryPropNotDefined);
     }
     if (output.file.fileFormat == matFile && output.file.writeMode == append) {

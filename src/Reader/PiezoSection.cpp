@@ -40,7 +40,10 @@ Point ReadDirection(ReaderCore& core) {
 
 std::size_t ReadCount(const ReaderCore& core) {
     const auto count = core.Truncated();
-    if (!count || *count < 1) ORVALO_RAISE(SectionReader, ReaderMessages::InvalidCountValue);
+    if (!count || *count < 1) {
+        core.range = {1.0, static_cast<double>(std::numeric_limits<std::int64_t>::max()), true};
+        ORVALO_RAISE(SectionReader, ReaderMessages::InvalidCountValue);
+    }
     return static_cast<std::size_t>(*count);
 }
 
@@ -105,12 +108,14 @@ void ReadOwnTable(ReaderCore& core, PiezoReading& reading) {
     Piezo& piezo = reading.piezo;
     const auto table = std::make_shared<Table>();
     ReadTable(core, *table, reading.model.doublePrecision);
-    if (!piezo.tables.emplace(table->id, table).second) {
-        ORVALO_RAISE(SectionReader, ReaderMessages::TableIDReused, table->id);
-    }
-    if (piezo.samplesCount != 0 && piezo.samplesCount != table->count) {
-        ORVALO_RAISE(SectionReader, ReaderMessages::DiffSamplesCountInPiezo);
-    }
+    core.Attempt([&] {
+        if (!piezo.tables.emplace(table->id, table).second) {
+            ORVALO_RAISE(SectionReader, ReaderMessages::TableIDReused, table->id);
+        }
+        if (piezo.samplesCount != 0 && piezo.samplesCount != table->count) {
+            ORVALO_RAISE(SectionReader, ReaderMessages::DiffSamplesCountInPiezo);
+        }
+    });
     piezo.samplesCount = table->count;
 }
 
@@ -148,7 +153,7 @@ void ReadPiezoSection(ReaderCore& core, const ModelReading& reading) {
     PiezoReading own{*piezo, reading};
     PropertySet given;
     if (!ReadProperties(core, properties, own, given)) return SkipSection(core);
-    if (given.Missing(properties, always) != nullptr || piezo->data.Count() == 0) {
+    if (given.Lacks(core, properties, always) || piezo->data.Count() == 0) {
         ORVALO_RAISE(SectionReader, ReaderMessages::ObligatoryPropNotDefined);
     }
     // A model holds one patch: the test for a reused ID assigns the new ID to the patch before and then finds it there.

@@ -5,9 +5,15 @@
 
 namespace orvalo {
 
+struct Shape {
+    std::string_view word;
+};
+inline constexpr Shape shapes[] = {{"point"}};
+
 /// Checks the `shape` of an actuator or sensor. Throws ShapePointSupported for anything but `point`.
 inline void CheckPointShape(const ReaderCore& core) {
-    if (!core.IsKeyword("point")) ORVALO_RAISE(ActuatorReader, ReaderMessages::ShapePointSupported);
+    core.expected = shapes;
+    if (!core.IsKeyword(shapes[0].word)) ORVALO_RAISE(ActuatorReader, ReaderMessages::ShapePointSupported);
 }
 
 }  // namespace orvalo

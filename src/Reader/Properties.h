@@ -53,11 +53,23 @@ public:
         return nullptr;
     }
 
+    /// Whether any of them is missing; all of them are then told to who follows the read.
+    template <class Target, std::size_t n>
+    bool Lacks(const ReaderCore& core, const Property<Target> (&table)[n], Need need, std::size_t rows = n) const {
+        if (core.recovery != nullptr) {
+            core.missing.clear();
+            for (std::size_t row = 0; row < rows; ++row) {
+                if ((table[row].need & need) != 0 && !Has(row)) core.missing.push_back(table[row].word);
+            }
+        }
+        return Missing(table, need, rows) != nullptr;
+    }
+
     /// Throws ObligatoryMissing for the property that Missing gives.
     template <class Target, std::size_t n>
-    void Require(const Property<Target> (&table)[n], std::size_t rows = n) const {
-        const auto* const missing = Missing(table, always, rows);
-        if (missing != nullptr) ORVALO_RAISE(ReaderMisc, ReaderMessages::ObligatoryMissing, missing->name);
+    void Require(const ReaderCore& core, const Property<Target> (&table)[n], std::size_t rows = n) const {
+        if (!Lacks(core, table, always, rows)) return;
+        ORVALO_RAISE(ReaderMisc, ReaderMessages::ObligatoryMissing, Missing(table, always, rows)->name);
     }
 
 private:
@@ -97,6 +109,7 @@ inline void BeginValue(ReaderCore& core, Takes takes) {
 /// the properties throw. Where reading goes on after an error, a property that failed counts as given.
 template <class Target, std::size_t n>
 bool ReadProperties(ReaderCore& core, const Property<Target> (&table)[n], Target& target, PropertySet& given) {
+    core.sectionWords = table;
     for (bool moveOn = true;;) {
         std::size_t row = n;
         try {
@@ -105,11 +118,14 @@ bool ReadProperties(ReaderCore& core, const Property<Target> (&table)[n], Target
             const Property<Target>& property = table[row];
             if (property.takes == Takes::Nothing) return true;
             if (core.recovery != nullptr) core.recovery->PropertyBegins(property.word);
-            if (property.takes == Takes::Rows) core.Attempt([&] { given.Require(table, row); });
+            if (property.takes == Takes::Rows) core.Attempt([&] { given.Require(core, table, row); });
             BeginValue(core, property.takes);
             if (core.recovery != nullptr) core.recovery->ValueBegins();
             if (property.takes == Takes::Switch) {
-                if (!core.ReadEnabled()) return false;
+                if (!core.ReadEnabled()) {
+                    if (core.recovery != nullptr) core.recovery->PropertyEnds();
+                    return false;
+                }
             } else {
                 property.read(core, target);
             }
@@ -117,6 +133,7 @@ bool ReadProperties(ReaderCore& core, const Property<Target> (&table)[n], Target
             moveOn = property.takes != Takes::Words;
             if (core.recovery != nullptr) core.recovery->PropertyEnds();
         } catch (const Exception& failure) {
+            if (core.recovery != nullptr && row == n) given.Lacks(core, table, always);
             if (!core.Recovers(failure)) throw;
             if (row < n) given.Add(row);
             if (row < n) core.recovery->PropertyEnds();

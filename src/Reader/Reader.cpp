@@ -1,28 +1,18 @@
-#include <new>
-
 #include <Orvalo3DReader/Reader/Reader.h>
 
-#include "Common/Raise.h"
+#include "Common/WithinMemory.h"
 #include "Reader/ModelReader.h"
 
 namespace orvalo {
 
-Reader::Reader(const std::string& path, bool cubesOnly) try : impl_(std::make_unique<ModelReader>(path, cubesOnly)) {
-} catch (const std::bad_alloc&) {
-    ORVALO_RAISE(Reader, ReaderMessages::OutOfMemory);
-}
+Reader::Reader(const std::string& path, bool cubesOnly)
+    : impl_(WithinMemory(module::Reader, __LINE__, [&] { return std::make_unique<ModelReader>(path, cubesOnly); })) {}
 
-Reader::Reader(const Reader& other) try : impl_(std::make_unique<ModelReader>(*other.impl_)) {
-} catch (const std::bad_alloc&) {
-    ORVALO_RAISE(Reader, ReaderMessages::OutOfMemory);
-}
+Reader::Reader(const Reader& other)
+    : impl_(WithinMemory(module::Reader, __LINE__, [&] { return std::make_unique<ModelReader>(*other.impl_); })) {}
 
 Reader& Reader::operator=(const Reader& other) {
-    try {
-        *impl_ = *other.impl_;
-    } catch (const std::bad_alloc&) {
-        ORVALO_RAISE(Reader, ReaderMessages::OutOfMemory);
-    }
+    WithinMemory(module::Reader, __LINE__, [&] { *impl_ = *other.impl_; });
     return *this;
 }
 
@@ -30,6 +20,14 @@ Reader::~Reader() = default;
 
 void Reader::TraceCurrentCube(unsigned long long* counter) {
     impl_->TraceCurrentCube(counter);
+}
+
+void Reader::Threads(unsigned int count) {
+    impl_->Threads(count);
+}
+
+void Reader::StopOn(const std::atomic<bool>* flag) {
+    impl_->StopOn(flag);
 }
 
 void Reader::Execute(Model* model, bool doublePrecision) {

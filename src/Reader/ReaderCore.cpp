@@ -42,13 +42,16 @@ std::optional<std::int64_t> ReaderCore::Truncated() const {
     constexpr double limit = 9223372036854775808.0;  // 2^63
     if (token.type != TokenType::Number) return std::nullopt;
     if (!(token.value < limit && token.value >= -limit)) return std::nullopt;
-    return static_cast<std::int64_t>(token.value);
+    const auto value = static_cast<std::int64_t>(token.value);
+    if (static_cast<double>(value) != token.value) TellOf(NumberChange::FractionCut, value);
+    return value;
 }
 
 std::optional<int> ReaderCore::TruncatedID() const {
     const auto value = Truncated();
     if (!value) return std::nullopt;
     const auto id = static_cast<std::int32_t>(static_cast<std::uint32_t>(*value));
+    if (id != *value) TellOf(NumberChange::Wrapped, id);
     return id >= 1 ? std::optional<int>(id) : std::nullopt;
 }
 
@@ -71,12 +74,18 @@ double ReaderCore::ExpectNumber() const {
 }
 
 double ReaderCore::ExpectGreaterThan(double bound) const {
-    if (!(ExpectNumber() > bound)) ORVALO_RAISE(ReaderMisc, ReaderMessages::InvalidPropertyValue);
+    if (!(ExpectNumber() > bound)) {
+        range = {bound, std::numeric_limits<double>::infinity(), false};
+        ORVALO_RAISE(ReaderMisc, ReaderMessages::InvalidPropertyValue);
+    }
     return token.value;
 }
 
 double ReaderCore::ExpectAtLeast(double bound) const {
-    if (bound > ExpectNumber()) ORVALO_RAISE(ReaderMisc, ReaderMessages::InvalidPropertyValue);
+    if (bound > ExpectNumber()) {
+        range = {bound, std::numeric_limits<double>::infinity(), true};
+        ORVALO_RAISE(ReaderMisc, ReaderMessages::InvalidPropertyValue);
+    }
     return token.value;
 }
 
@@ -84,6 +93,7 @@ Point ReaderCore::ReadCoordinates() {
     const auto read = [this](const ExceptionMessage& message) {
         const auto value = Truncated();
         const auto coordinate = static_cast<std::int32_t>(static_cast<std::uint32_t>(value.value_or(0)));
+        if (value && coordinate != *value) TellOf(NumberChange::Wrapped, coordinate);
         if (!value || coordinate < std::numeric_limits<short>::min() ||
             coordinate > std::numeric_limits<short>::max()) {
             ORVALO_RAISE(ReaderMisc, message);

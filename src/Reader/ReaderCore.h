@@ -2,9 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Model/Point.h>
@@ -70,16 +72,35 @@ public:
     /// InvalidXCoordinate, InvalidYCoordinate or InvalidZCoordinate.
     Point ReadCoordinates();
 
+    /// Reads a bulk number; see Lexer::ReadNatural.
+    bool ReadNatural(std::uint32_t& value) {
+        const bool read = lexer.ReadNatural(value);
+        if (read && lexer.NaturalWrapped()) TellOf(NumberChange::Wrapped, value);
+        return read;
+    }
+
     Lexer lexer;
     Token token;
     /// The bulk row being read, from 1; 0 outside of bulk rows.
     std::uint64_t row = 0;
+    /// The bulk row, from 0, of which to tell: rows that are read in passing end before it. Beyond all for a reader.
+    std::uint64_t rowLimit = std::numeric_limits<std::uint64_t>::max();
 
     /// Where reading may go on after an error: the rest of this class. Null for a reader.
     Recovery* recovery = nullptr;
     /// The words that the last failed Match allowed, and those of a list of words that the current token ended.
     mutable std::optional<WordList> expected;
     mutable std::optional<WordList> endedList;
+
+    /// The numbers that the check would have taken which failed last; `least` itself only where it is included.
+    struct Range {
+        double least;
+        double most;
+        bool leastIncluded;
+    };
+    mutable std::optional<Range> range;
+    /// The properties that the last check for them found missing.
+    mutable std::vector<std::string_view> missing;
 
     /// The ID that the error is about which may come next.
     int subject = 0;
@@ -118,10 +139,18 @@ public:
     bool resuming = false;
     /// Whether the current token is the name of a section or the end of the input.
     bool AtSection() const;
+    /// As AtSection; also true on a word of the section that is being read.
+    bool AtWord() const;
+    /// The words of the section that is being read.
+    std::optional<WordList> sectionWords;
 
 private:
+    void TellOf(NumberChange change, std::int64_t taken) const {
+        if (recovery != nullptr) recovery->NumberChanges(change, taken);
+    }
+
     bool held_ = false;
-    std::pair<int, FilePlace> resumedAt_{-1, {}};
+    std::optional<std::pair<int, FilePlace>> resumedAt_;
 };
 
 }  // namespace orvalo

@@ -36,6 +36,10 @@ bool ReaderCore::AtSection() const {
            (token.type == TokenType::Keyword && WordList(sections).Has(token.text));
 }
 
+bool ReaderCore::AtWord() const {
+    return AtSection() || (token.type == TokenType::Keyword && sectionWords && sectionWords->Has(token.text));
+}
+
 void ReaderCore::NextReadableToken() {
     resuming = true;
     while (!Attempt([this] { NextToken(); })) {
@@ -65,9 +69,10 @@ bool ReaderCore::ResumeAmong(const WordList& words, bool unknownKeyword) {
     } else if (isWord() && !again) {
         return true;
     }
+    const auto maySection = [&] { return token.type == TokenType::Keyword && WordList(sections).Nearest(token.text); };
     do {
         NextReadableToken();
-    } while (!isWord() && !AtSection());
+    } while (!isWord() && !AtSection() && !maySection());
     return true;
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <limits>
 #include <memory>
 
@@ -27,29 +28,50 @@ Point ToPoint(std::uint32_t x, std::uint32_t y, std::uint32_t z) {
     return {static_cast<short>(x), static_cast<short>(y), static_cast<short>(z)};
 }
 
-void ReadPoints(ReaderCore& core, Set& set) {
-    const std::uint64_t count = set.count;
-    std::uint64_t read = 0;
-    BulkPosition position;
-    do {
-        PlainRows<3> rows(core.lexer);
-        while (read < count && rows.Look()) {
-            set.points[read++] = ToPoint(rows.Field(0), rows.Field(1), rows.Field(2));
-            rows.Accept();
-        }
-        rows.Commit();
-        if (!ReadBulkPosition(core, read, count, position)) break;
-        set.points[read++] = ToPoint(position.x, position.y, position.z);
-    } while (true);
-    CloseBulkRows(core, read, count);
-}
+/// Fills a set with the rows of a `data` block.
+class SetRows {
+public:
+    SetRows(ReaderCore& core, Set& set) : core_(core), points_(set.points), count_(set.count) {}
+
+    /// Reads what follows, up to the END of the rows.
+    void ReadOn() {
+        BulkPosition position;
+        do {
+            const std::uint64_t limit = std::min(count_, core_.rowLimit);
+            PlainRows<3> rows(core_.lexer);
+            while (read_ < limit && rows.Look()) {
+                points_[read_++] = ToPoint(rows.Field(0), rows.Field(1), rows.Field(2));
+                rows.Accept();
+            }
+            rows.Commit();
+            if (!ReadBulkPosition(core_, read_, count_, position)) break;
+            points_[read_++] = ToPoint(position.x, position.y, position.z);
+        } while (true);
+        CloseBulkRows(core_, read_, count_);
+    }
+
+    bool Full() const { return read_ == count_; }
+    void PassOver() { ++read_; }
+
+private:
+    ReaderCore& core_;
+    Point* points_;
+    std::uint64_t count_;
+    std::uint64_t read_ = 0;
+};
 
 void ReadSet(ReaderCore& core, SetReading& reading) {
-    const auto set = std::make_shared<Set>(reading.id, reading.count);
-    ReadPoints(core, *set);
-    if (!reading.model.sets.emplace(reading.id, set).second) {
-        ORVALO_RAISE(SectionReader, ReaderMessages::SetIDReused, reading.id);
-    }
+    const auto set = std::make_shared<Set>();
+    core.Attempt([&] { *set = Set(reading.id, reading.count); });
+    // Without a count, or memory for it, which are errors that reading may go on after, rows are passed over.
+    if (reading.count == 0 || set->points == nullptr) return core.SkipBlock();
+    SetRows rows(core, *set);
+    ReadAllRows(core, rows, 3);
+    core.Attempt([&] {
+        if (reading.id > 0 && !reading.model.sets.emplace(reading.id, set).second) {
+            ORVALO_RAISE(SectionReader, ReaderMessages::SetIDReused, reading.id);
+        }
+    });
 }
 
 constexpr Property<SetReading> properties[] = {
@@ -73,7 +95,7 @@ void ReadSetSection(ReaderCore& core, const ModelReading& reading) {
     SetReading own{reading.model};
     PropertySet given;
     ReadProperties(core, properties, own, given);
-    given.Require(properties);
+    given.Require(core, properties);
 }
 
 }  // namespace orvalo

@@ -26,8 +26,10 @@ int ReadTableID(const ReaderCore& core) {
 }
 
 std::size_t ReadTableCount(const ReaderCore& core) {
+    constexpr std::int64_t largest = std::numeric_limits<std::int32_t>::max();
     const auto count = core.Truncated();
-    if (!count || *count < 1 || *count > std::numeric_limits<std::int32_t>::max()) {
+    if (!count || *count < 1 || *count > largest) {
+        core.range = {1.0, static_cast<double>(largest), true};
         ORVALO_RAISE(TableReader, ReaderMessages::InvalidCountValue);
     }
     return static_cast<std::size_t>(*count);
@@ -102,7 +104,7 @@ void ReadTable(ReaderCore& core, Table& table, bool doublePrecision) {
     TableReading own{table, doublePrecision};
     PropertySet given;
     ReadProperties(core, properties, own, given);
-    if (given.Missing(properties, always) != nullptr) {
+    if (given.Lacks(core, properties, always)) {
         ORVALO_RAISE(TableReader, ReaderMessages::ObligatoryPropNotDefined);
     }
     // A count raised after the data promises samples that are not there.

@@ -5,6 +5,8 @@
 #include <memory>
 #include <span>
 
+#include "Common/StopFlag.h"
+
 namespace orvalo {
 
 /// Coordinates of successive rows: those of row i stand at x[i * stride], y[i * stride] and z[i * stride].
@@ -14,6 +16,12 @@ struct CoordinateRun {
     const short* z;
     std::size_t stride;
     std::size_t rows;
+
+    /// The rows from `begin` to before `end`.
+    CoordinateRun Part(std::size_t begin, std::size_t end) const {
+        const std::size_t at = begin * stride;
+        return {x + at, y + at, z + at, stride, end - begin};
+    }
 };
 
 /// Finds the row of a cube. The cells of the box that all rows span are numbered x first, z last, and cut into leaves
@@ -22,8 +30,8 @@ struct CoordinateRun {
 class CellLookup {
 public:
     /// Of several rows for a cube the last counts. False when the box has more cells than 32 bits number, or does not
-    /// fit into memory.
-    bool Build(std::span<const CoordinateRun> runs);
+    /// fit into memory. Throws Stopped.
+    bool Build(std::span<const CoordinateRun> runs, StopFlag stop);
 
     bool HasX(int x) const { return Distance(x, minX_) < sizeX_; }
     bool HasY(int y) const { return Distance(y, minY_) < sizeY_; }
@@ -47,8 +55,8 @@ private:
         return Distance(x, minX_) + Distance(y, minY_) * sizeX_ + Distance(z, minZ_) * plane_;
     }
 
-    bool Measure(std::span<const CoordinateRun> runs);
-    std::size_t NumberLeaves(std::span<const CoordinateRun> runs);
+    bool Measure(std::span<const CoordinateRun> runs, StopFlag stop);
+    std::size_t NumberLeaves(std::span<const CoordinateRun> runs, StopFlag stop);
 
     // All sizes are 0 until the box is known: nothing lies in it.
     int minX_ = 0;

@@ -51,7 +51,7 @@ constexpr std::uint32_t StoredNameSize(std::uint32_t length) {
 
 /// A matrix of indices begins with the coordinates.
 inline constexpr std::uint32_t leastIndexColumns = 3;
-inline constexpr std::size_t mostValueColumns = 9;
+inline constexpr std::size_t maxValueColumns = 9;
 
 inline std::uint64_t ElementSize(std::uint32_t dataType) {
     return dataType == miDouble ? sizeof(double) : sizeof(short);

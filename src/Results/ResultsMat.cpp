@@ -7,19 +7,19 @@
 #include "Common/Buffers.h"
 #include "Common/Raise.h"
 #include "Results/MatLayout.h"
-#include "Results/QueryRules.h"
+#include "Results/Queries.h"
 
 namespace orvalo {
 
-using mat::mostValueColumns;
+using mat::maxValueColumns;
 
 struct ResultsMat::Storage : QueryRules {
     double Value(unsigned int col, std::uint32_t row) const { return values[col][row]; }
 
     unsigned int indexRows = 0;
-    std::array<double*, mostValueColumns> values{};
+    std::array<double*, maxValueColumns> values{};
     short* indices = nullptr;
-    std::array<std::shared_ptr<unsigned char[]>, mostValueColumns> valueBuffers;
+    std::array<std::shared_ptr<unsigned char[]>, maxValueColumns> valueBuffers;
     std::shared_ptr<unsigned char[]> indexBuffer;
 };
 
@@ -28,7 +28,7 @@ ResultsMat::ResultsMat(const std::string& fileName) : Results(fileName), storage
 ResultsMat::~ResultsMat() = default;
 
 void ResultsMat::DefineValues(unsigned int columns, unsigned int rows) {
-    if (columns > mostValueColumns) ORVALO_RAISE(ResultsMat, ReaderMessages::TooManyColumnsMat);
+    if (columns > maxValueColumns) ORVALO_RAISE(ResultsMat, ReaderMessages::TooManyColumnsMat);
     storage_->valueColumns = columns;
     storage_->rowCount = rows;
 }
@@ -50,12 +50,12 @@ short* ResultsMat::AllocateIndices(unsigned int columns, unsigned int rows) {
     return storage_->indices = reinterpret_cast<short*>(storage_->indexBuffer.get());
 }
 
-void ResultsMat::Finalize() {
+void ResultsMat::Finalize(StopFlag stop) {
     const std::size_t rows = storage_->indexRows;
     if (storage_->rowCount != rows) ORVALO_RAISE(ResultsMat, ReaderMessages::DifferentRowCount);
     const short* const x = storage_->indices;
     const std::array<CoordinateRun, 1> run = {{{x, x + rows, x + 2 * rows, 1, rows}}};
-    if (!storage_->lookup.Build(run)) ORVALO_RAISE(ResultsMat, ReaderMessages::OutOfMemory);
+    if (!storage_->lookup.Build(run, stop)) ORVALO_RAISE(ResultsMat, ReaderMessages::OutOfMemory);
 }
 
 bool ResultsMat::ValuesDefined() const {
@@ -70,7 +70,7 @@ int ResultsMat::IndexGet(unsigned int col, unsigned int row) const {
 }
 
 double ResultsMat::ValueGet(unsigned int col, int x, int y, int z) const {
-    return storage_->Value(col, storage_->lookup.RowFromOne(x, y, z) - 1);
+    return UncheckedValue(*storage_, col, x, y, z);
 }
 
 double ResultsMat::ValueGet(unsigned int col, unsigned int row) const {
@@ -78,25 +78,19 @@ double ResultsMat::ValueGet(unsigned int col, unsigned int row) const {
 }
 
 double ResultsMat::ExValueGet(unsigned int col, int x, int y, int z) const {
-    const FoundRow found = storage_->Find(col, x, y, z);
-    if (found.failure != nullptr) ORVALO_RAISE(ResultsMat, *found.failure);
-    return storage_->Value(col, found.row);
+    return CheckedValue(*storage_, module::ResultsMat, col, x, y, z);
 }
 
 double ResultsMat::ExValueGet(unsigned int col, unsigned int row) const {
-    const FoundRow found = storage_->Find(col, row);
-    if (found.failure != nullptr) ORVALO_RAISE(ResultsMat, *found.failure);
-    return storage_->Value(col, found.row);
+    return CheckedValue(*storage_, module::ResultsMat, col, row);
 }
 
 double ResultsMat::SafeValueGet(unsigned int col, int x, int y, int z, double def) const {
-    const FoundRow found = storage_->Find(col, x, y, z);
-    return found.failure != nullptr ? def : storage_->Value(col, found.row);
+    return ValueOr(def, *storage_, col, x, y, z);
 }
 
 double ResultsMat::SafeValueGet(unsigned int col, unsigned int row, double def) const {
-    const FoundRow found = storage_->Find(col, row);
-    return found.failure != nullptr ? def : storage_->Value(col, found.row);
+    return ValueOr(def, *storage_, col, row);
 }
 
 unsigned int ResultsMat::RowCount() const {

@@ -7,7 +7,7 @@
 #include <Orvalo3DReader/Results/ResultsTxt.h>
 
 #include "Common/Raise.h"
-#include "Results/QueryRules.h"
+#include "Results/Queries.h"
 #include "Results/RowBlocks.h"
 #include "Results/TextLines.h"
 #include "Results/TextRow.h"
@@ -61,7 +61,7 @@ void ResultsTxt::ReadData(const TextLine& line) {
     ++s.rowCount;
 }
 
-void ResultsTxt::Finalize() {
+void ResultsTxt::Finalize(StopFlag stop) {
     const Storage& s = *storage_;
     if (s.indexColumns == 0) return;
     std::vector<CoordinateRun> runs;
@@ -70,7 +70,7 @@ void ResultsTxt::Finalize() {
         const short* const x = s.indices.Block(row / perBlock);
         runs.push_back({x, x + 1, x + 2, s.indexColumns, std::min(perBlock, s.rowCount - row)});
     }
-    if (!storage_->lookup.Build(runs)) ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
+    if (!storage_->lookup.Build(runs, stop)) ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
 }
 
 bool ResultsTxt::ValuesDefined() const {
@@ -85,7 +85,7 @@ int ResultsTxt::IndexGet(unsigned int col, unsigned int row) const {
 }
 
 double ResultsTxt::ValueGet(unsigned int col, int x, int y, int z) const {
-    return storage_->Value(col, storage_->lookup.RowFromOne(x, y, z) - 1);
+    return UncheckedValue(*storage_, col, x, y, z);
 }
 
 double ResultsTxt::ValueGet(unsigned int col, unsigned int row) const {
@@ -93,25 +93,19 @@ double ResultsTxt::ValueGet(unsigned int col, unsigned int row) const {
 }
 
 double ResultsTxt::ExValueGet(unsigned int col, int x, int y, int z) const {
-    const FoundRow found = storage_->Find(col, x, y, z);
-    if (found.failure != nullptr) ORVALO_RAISE(ResultsTxt, *found.failure);
-    return storage_->Value(col, found.row);
+    return CheckedValue(*storage_, module::ResultsTxt, col, x, y, z);
 }
 
 double ResultsTxt::ExValueGet(unsigned int col, unsigned int row) const {
-    const FoundRow found = storage_->Find(col, row);
-    if (found.failure != nullptr) ORVALO_RAISE(ResultsTxt, *found.failure);
-    return storage_->Value(col, found.row);
+    return CheckedValue(*storage_, module::ResultsTxt, col, row);
 }
 
 double ResultsTxt::SafeValueGet(unsigned int col, int x, int y, int z, double def) const {
-    const FoundRow found = storage_->Find(col, x, y, z);
-    return found.failure != nullptr ? def : storage_->Value(col, found.row);
+    return ValueOr(def, *storage_, col, x, y, z);
 }
 
 double ResultsTxt::SafeValueGet(unsigned int col, unsigned int row, double def) const {
-    const FoundRow found = storage_->Find(col, row);
-    return found.failure != nullptr ? def : storage_->Value(col, found.row);
+    return ValueOr(def, *storage_, col, row);
 }
 
 unsigned int ResultsTxt::RowCount() const {

@@ -15,9 +15,10 @@ char* Find(char* begin, char* end, char wanted) {
 
 }  // namespace
 
-TextLines::TextLines(platform::InputFile& file, std::string_view alreadyRead, std::size_t readSize)
+TextLines::TextLines(platform::InputFile& file, std::string_view alreadyRead, std::size_t readSize, StopFlag stop)
     : file_(file),
       readSize_(readSize),
+      stop_(stop),
       buffer_(longestLine + 1 + readSize + readableBehind),
       begin_(buffer_.data()),
       searched_(begin_),
@@ -53,6 +54,7 @@ bool TextLines::HasWholeLine() {
 /// Reads on, behind what is not handed out yet. False at the end.
 bool TextLines::Fill() {
     if (ended_) return false;
+    stop_.Check();
     char* const start = buffer_.data();
     if (static_cast<std::size_t>(start + buffer_.size() - dataEnd_) < readSize_ + readableBehind) {
         const std::ptrdiff_t moved = begin_ - start;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Common/Platform.h"
+#include "Common/StopFlag.h"
 
 namespace orvalo {
 
@@ -36,9 +37,9 @@ class TextLines {
 public:
     /// Reads `readSize` bytes at a time, after the bytes of the file that the caller has `alreadyRead`: at most
     /// 65,535.
-    TextLines(platform::InputFile& file, std::string_view alreadyRead, std::size_t readSize);
+    TextLines(platform::InputFile& file, std::string_view alreadyRead, std::size_t readSize, StopFlag stop = {});
 
-    /// False at the end of the file and after a read error. The line is valid until the next call.
+    /// False at the end of the file and after a read error. The line is valid until the next call. Throws Stopped.
     bool Next(TextLine& line);
 
     /// Where the line last handed out begins, and where the next one will.
@@ -58,6 +59,7 @@ private:
 
     platform::InputFile& file_;
     const std::size_t readSize_;
+    const StopFlag stop_;
     std::vector<char> buffer_;
     // Of the bytes read, [begin_, dataEnd_) are not handed out yet; in [begin_, searched_) there is no line feed, and
     // in [begin_, nul_) no NUL.

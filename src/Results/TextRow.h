@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Common/Bytes.h"
 #include "Common/ParseNumber.h"
 #include "Results/TextLines.h"
 
@@ -42,7 +43,7 @@ struct TextRow {
 /// Reads a run of digits, none included, as a 16-bit number that wraps.
 inline const char* ReadIndex(const char* p, short& index) {
     unsigned int value = 0;
-    for (; *p >= '0' && *p <= '9'; ++p) value = value * 10 + static_cast<unsigned int>(*p - '0');
+    for (; IsDigit(*p); ++p) value = value * 10 + static_cast<unsigned int>(*p - '0');
     index = static_cast<short>(static_cast<std::uint16_t>(value));
     return p;
 }

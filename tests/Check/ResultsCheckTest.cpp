@@ -39,7 +39,7 @@ std::vector<Diagnostic> Check(const std::string& path, std::uint64_t size, const
 }
 
 std::vector<Diagnostic> CheckBytes(std::string_view bytes, const CheckOptions& options = {}) {
-    return Check(TemporaryFile(bytes).Path(), bytes.size(), options);
+    return Check(support::WriteFile("results", bytes), bytes.size(), options);
 }
 
 /// Each as "code line:column+length r row", warnings by their rule instead of a code.

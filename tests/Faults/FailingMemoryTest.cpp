@@ -1,8 +1,12 @@
 #include <functional>
 #include <iostream>
+#include <stdexcept>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
+#include <Orvalo3DReader/Reader/ReadModel.h>
+#include <Orvalo3DReader/Reader/ReadResults.h>
 #include <Orvalo3DReader/Reader/Reader.h>
 
 #include "Faults/Faults.h"
@@ -11,28 +15,36 @@
 namespace orvalo::faults {
 namespace {
 
-/// Makes memory fail for as long as it lives.
-class Armed {
-public:
-    explicit Armed(Series& series) { memory = &series; }
-    Armed(const Armed&) = delete;
-    Armed& operator=(const Armed&) = delete;
-    ~Armed() { memory = nullptr; }
-};
+/// Makes memory fail for as long as the result lives.
+std::unique_ptr<Series*, void (*)(Series**)> Arm(Series& series) {
+    memory = &series;
+    return {&memory, [](Series** armed) { *armed = nullptr; }};
+}
 
 /// Reads with failing memory and returns 0 or the code of the error.
 using Attempt = std::function<int(Series&)>;
+
+/// What Execute throws is a ReadError.
+void ExecuteIn(Reader& reader, Model& model, bool doublePrecision) {
+    try {
+        reader.Execute(&model, doublePrecision);
+    } catch (const ReadError&) {
+        throw;
+    } catch (const Exception&) {
+        throw std::logic_error("no ReadError");
+    }
+}
 
 Attempt ReadsModel(const std::string& path, bool cubesOnly, bool doublePrecision) {
     return [=](Series& series) {
         support::Outcome outcome;
         try {
-            const Armed armed(series);
+            const auto armed = Arm(series);
             Reader reader(path, cubesOnly);
             const Reader copy(reader);
             Reader other("", cubesOnly);
             other = reader;
-            reader.Execute(outcome.model.get(), doublePrecision);
+            ExecuteIn(reader, *outcome.model, doublePrecision);
         } catch (const Exception& failure) {
             return failure.code();
         }
@@ -46,7 +58,7 @@ Attempt ReadsResults(const std::string& path) {
     return [=](Series& series) {
         std::unique_ptr<Results> results;
         try {
-            const Armed armed(series);
+            const auto armed = Arm(series);
             ResultsReader reader(path);
             results.reset(reader.Execute());
         } catch (const Exception& failure) {
@@ -54,6 +66,21 @@ Attempt ReadsResults(const std::string& path) {
         }
         EXPECT_EQ(Describe(*results), orvalo::Outcome(path));
         return 0;
+    };
+}
+
+/// All in one call, with `options`.
+Attempt ReadsInOneCall(const std::string& path, bool isModel, const ReadOptions& options = {}) {
+    return [=](Series& series) {
+        try {
+            const auto armed = Arm(series);
+            if (!isModel) return ReadResults(path, options) != nullptr ? 0 : -1;
+            return ReadModel(path, options).cubes.CubesCount() > 0 ? 0 : -1;
+        } catch (const ReadError& failure) {
+            return failure.code();
+        } catch (const Exception& failure) {
+            return isModel && failure.code() != 0 ? -1 : failure.code();
+        }
     };
 }
 
@@ -80,39 +107,39 @@ long FailEach(const std::string& name, int expected, const Attempt& attempt, boo
 }
 
 TEST(FailingMemory, EndsInOutOfMemoryAndLosesNothing) {
-    const std::string longName(200, 'n');
+    const std::string longName(100, 'n');
     support::WriteFile("inc", includedPart);
     const std::string model = support::WriteFile("a-name-that-is-long.model", smallModel);
     const std::string wrongRow =
         support::WriteFile(longName, support::Replaced(std::string(smallModel), "2 1 1 2 -3", "2 1 1 9 -3"));
     const std::string noInclude = support::WriteFile("b", "include \"" + longName + ".nowhere\"");
-    const TemporaryFile text(SmallText(600));
-    const TemporaryFile mat(SmallMat(600));
-    const TemporaryFile wrongText(SmallText(3) + "1\n");
-    const TemporaryFile wrongMat(SmallMat(3) + SmallMat(3).substr(128));
-
-    const struct {
-        const char* name;
-        int expected;
-        Attempt attempt;
-    } cases[] = {
+    const std::string text = support::WriteFile("text", SmallText(600));
+    const std::atomic<bool> raisedBefore{true};
+    ReadOptions stopped;
+    stopped.stop = &raisedBefore;
+    const std::tuple<const char*, int, Attempt> cases[] = {
         {"whole model", 0, ReadsModel(model, false, true)},
         {"whole model, floats", 0, ReadsModel(model, false, false)},
         {"cubes only", 0, ReadsModel(model, true, true)},
         {"undefined material", 151, ReadsModel(wrongRow, false, true)},
         {"missing include", 103, ReadsModel(noInclude, false, true)},
         {"missing model", 103, ReadsModel(model + longName, true, true)},
-        {"text results", 0, ReadsResults(text.Path())},
-        {"MAT results", 0, ReadsResults(mat.Path())},
-        {"short row", 308, ReadsResults(wrongText.Path())},
-        {"second values", 210, ReadsResults(wrongMat.Path())},
+        {"model in one call", 0, ReadsInOneCall(model, true)},
+        {"missing model in one call", 103, ReadsInOneCall(model + longName, true)},
+        {"stopped model", 0, ReadsInOneCall(model, true, stopped)},
+        {"text in one call", 0, ReadsInOneCall(text, false)},
+        {"stopped text", 0, ReadsInOneCall(text, false, stopped)},
+        {"text results", 0, ReadsResults(text)},
+        {"MAT results", 0, ReadsResults(support::WriteFile("mat", SmallMat(600)))},
+        {"short row", 308, ReadsResults(support::WriteFile("short", SmallText(3) + "1\n"))},
+        {"second values", 210, ReadsResults(support::WriteFile("second", SmallMat(3) + SmallMat(3).substr(128)))},
         {"missing results", 200, ReadsResults(model + longName)},
     };
     long points = 0;
-    for (const auto& c : cases) {
+    for (const auto& [name, expected, attempt] : cases) {
         for (const bool forever : {false, true}) {
-            const long found = FailEach(c.name, c.expected, c.attempt, forever);
-            EXPECT_GT(found, 0) << c.name;
+            const long found = FailEach(name, expected, attempt, forever);
+            EXPECT_GT(found, 0) << name;
             points += found;
         }
     }

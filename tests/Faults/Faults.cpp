@@ -54,6 +54,7 @@ int __wrap_close(int descriptor) {
 }
 
 ssize_t __wrap_read(int descriptor, void* buffer, size_t size) {
+    if (raising != nullptr && raising->Fails()) raised = true;
     if (Fails(reading, EIO)) return -1;
     if (transfer.interrupted && ++readCalls % 2 != 0) {
         errno = EINTR;

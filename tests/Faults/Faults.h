@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstddef>
@@ -31,6 +32,9 @@ inline bool largePages = false;
 inline Series* opening = nullptr;
 inline Series* reading = nullptr;
 inline Series* asking = nullptr;
+/// Calls of read, of which one raises the flag.
+inline Series* raising = nullptr;
+inline std::atomic<bool> raised{false};
 
 /// How reads are transferred.
 struct Transfer {

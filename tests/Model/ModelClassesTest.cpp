@@ -1,6 +1,7 @@
 #include <cmath>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -99,11 +100,12 @@ TEST(ModelClasses, CopiesShareAndOutliveTheirSource) {
     EXPECT_EQ(copy.cubes.CubesCount() + copy.cubes.DampingCubesCount(), 0U);
     copy = Model();
     EXPECT_EQ(ShowBulk(assigned), shown);
-    EXPECT_EQ(reinterpret_cast<const unsigned char*>(assigned.cubes.GetCube(1)), assigned.cubes.CubesPtr() + 7);
+    EXPECT_EQ(reinterpret_cast<const unsigned char*>(assigned.cubes.GetCube(1)),
+              assigned.cubes.CubesPtr() + Cubes::recordSize);
     EXPECT_EQ(assigned.actuators[0].table->Get(0), table.Get(0));
     assigned = Model();
     // The sanitizer sees whether the numbers are still there.
-    EXPECT_TRUE(std::isfinite(table.Get(50)));
+    EXPECT_TRUE(std::isfinite(table.Get(0)));
     EXPECT_EQ(set.points[0].z, 9);
     EXPECT_EQ(points.Cells().begin()->second->x, 0);
 }
@@ -113,35 +115,37 @@ TEST(ModelClasses, SayWhichBufferDoesNotFit) {
     std::size_t pages = 0;
     std::ifstream("/proc/self/statm") >> pages;
     if (pages > gigabyte) GTEST_SKIP() << "the address sanitizer keeps memory of its own";
-    const struct {
-        int code;
-        const char* file;
-        int line;
-        const char* sections;
-        const char* text;
-    } table[] = {
+    const std::tuple<int, const char*, int, const char*, const char*> table[] = {
         {102, "Cubes", 56, "AM", "CUBES count 200e6 format 0 data"},
         {102, "Cubes", 56, "AM", "CUBES count 9e18 format 0 data"},
         {102, "Cubes", 62, "AM", "CUBES count 100e6 format 1 data"},
         {102, "Cubes", 71, "AMC", "DAMPING count 100e6 data"},
         {102, "Table", 23, "AMC", "TABLE id 1 count 2147483647 data"},
         {102, "Set", 14, "AMC", "SET id 1 count 4294967295 data"},
+        // 720 MB of points, in a buffer of twice that.
+        {102, "Set", 14, "AMC", "SET id 1 count 120e6 data"},
         {127, "PiezoData", 35, "AMC", "PIEZO count 2 data 1 1 i 1 1 i"},
     };
     rlimit before{};
     getrlimit(RLIMIT_AS, &before);
     const rlimit limited{pages * 4096 + gigabyte, before.rlim_max};
     setrlimit(RLIMIT_AS, &limited);
-    for (const auto& row : table) {
-        const Outcome outcome = ReadText(Sections(row.sections) + row.text);
-        EXPECT_EQ(Line(outcome.file, outcome.line, outcome.code), Line(row.file, row.line, row.code)) << row.text;
+    for (const auto& [code, file, line, sections, text] : table) {
+        const Outcome outcome = ReadText(Sections(sections) + text);
+        EXPECT_EQ(Line(outcome.file, outcome.line, outcome.code), Line(file, line, code)) << text;
     }
     // A count is kept though its buffer failed, and survives Free.
     Cubes cubes;
-    EXPECT_THROW(ModelAccess::AllocCubes(cubes, 200000000, true), Exception);
+    Table samples;
+    ModelAccess::Allocate(samples, true);
+    samples.count = gigabyte;
+    EXPECT_THROW(ModelAccess::AllocCubes(cubes, gigabyte, true), Exception);
+    EXPECT_THROW(ModelAccess::AllocDampingCubes(cubes, gigabyte), Exception);
+    EXPECT_THROW(ModelAccess::Allocate(samples, false), Exception);
+    EXPECT_EQ(samples.data, nullptr);
     setrlimit(RLIMIT_AS, &before);
     cubes.Free();
-    EXPECT_EQ(cubes.CubesCount(), 200000000U);
+    EXPECT_EQ(cubes.CubesCount() + cubes.DampingCubesCount(), 2 * gigabyte);
 }
 
 }  // namespace

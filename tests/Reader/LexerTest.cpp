@@ -1,6 +1,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -51,10 +53,8 @@ std::string Tokens(const std::string& text, std::size_t bufferSize, bool places,
     return tokens;
 }
 
-struct TokensRow {
-    std::string text;
-    std::string tokens;
-};
+/// A text and its tokens.
+using TokensRow = std::pair<std::string, std::string>;
 
 // Counted by hand: every byte read adds a column, a byte put back is counted again, a line feed counts only when the
 // same scan reads on behind it, and the place is that of the last byte read behind a control character or at the start
@@ -79,6 +79,9 @@ const TokensRow placesTable[] = {
     {"a\0b"s, " a@1:1 $@1:3(1:2)"},
     {"$\ta\n\t$\n\n b", " b@2:1(4:2) $@2:4(4:3)"},
     {"a\r\n  #", " a@1:1 !105@2:1(2:3)"},
+    // Control bytes move the place within a comment too, and the file may end there.
+    {"a %bc", " a@1:1 $@1:3(1:6)"},
+    {"a %b\x01\x02 c", " a@1:1 $@1:7(1:9)"},
 };
 
 const TokensRow naturalsTable[] = {
@@ -108,16 +111,18 @@ const TokensRow tokensTable[] = {
     {"ab.5 ab-5 ab=c ab\"c\"", " ab .5 ab -5 ab = c ab \"c\" $"},
     {"ab$c\nd%e\n1;2\n", " ab c d e 1 2 $"},
     {"5=6\"a\"7+8%", " 5 = 6 \"a\" 7 +8 $"},
+    // "A sign begins the next number: `1e5-3` is 1e5 and -3."
+    {"1e5-3 1.5+3 5.-3 7-3", " 1e5 -3 1.5 +3 5. -3 7 -3 $"},
+    {"\"include\" \"no.such\"", " \"include\" \"no.such\" $"},
     {"- \t,5 + .5 - , 7.25E2", " -5 +.5 -7.25e2 $"},
     {"1E+2 1e-2 5. .5 5.e1 +.5e-3\n", " 1e+2 1e-2 5. .5 5.e1 +.5e-3 $"},
     {"12345678901234567890 1e-320 9007199254740993 0.3", " 12345678901234567890 1e-320 9007199254740993 0.3 $"},
     {"$\xff\x01#\"\n=", " = $"},
+    // "A byte of value 0 ends the file, even within a comment."
+    {"a ;b\0\nc"s, " a $"},
 };
 
-const struct {
-    int code;
-    std::vector<std::string> texts;
-} failingTexts[] = {
+const std::pair<int, std::vector<std::string>> failingTexts[] = {
     {103, {"include \"no.such\""}},
     {105, {"#", "\v", "\x80", "[", "+#"}},
     {106, {"ab#c", "ab\xff", "\"a/b\"", "\"a\\b\"", "\"a:b\""}},
@@ -125,7 +130,8 @@ const struct {
     {107, {". ", ".e5", "+", "+a", "--5", "+=", "+%", "+\""}},
     {108, {"\"a", "\"a\0\""s, "1e", "1e+", "."}},
     {109, {"\"a\n", "\"a\r", "1e\n", "1e+\r", ".\n", "+\n"}},
-    {110, {"include 5", "include include"}},
+    // "No `=` stands after `include`."
+    {110, {"include 5", "include include", "include = \"tokens\""}},
     {111, {"Include\"tokens\""}},
 };
 
@@ -159,11 +165,7 @@ TEST(ReaderCore, MatchesKeywords) {
     struct Word {
         std::string_view word;
     };
-    const struct {
-        std::vector<Word> words;
-        int index;
-        std::vector<const char*> texts;
-    } table[] = {
+    const std::tuple<std::vector<Word>, int, std::vector<const char*>> table[] = {
         {{{"analysis"}, {"cubes"}, {"set"}}, 0, {"ANALYSIS"}},
         {{{"analysis"}, {"cubes"}, {"set"}}, 2, {"set"}},
         {{{"analysis"}, {"cubes"}, {"set"}}, -178, {"analys", "analysisx", "5", "\"cubes\"", "", "x"}},
@@ -173,22 +175,17 @@ TEST(ReaderCore, MatchesKeywords) {
         {{{"ab"}, {"x"}, {"y"}, {"abc"}}, 2, {"abc", "y"}},
         {{{"a"}}, -178, {"ab"}},
     };
-    for (const auto& row : table) {
-        const auto match = [&row](const ReaderCore& core) {
-            return static_cast<int>(core.Match({row.words.data(), row.words.size()}, ReaderMessages::UnknownKeyword));
+    for (const auto& [words, index, texts] : table) {
+        const auto match = [list = WordList(words.data(), words.size())](const ReaderCore& core) {
+            return static_cast<int>(core.Match(list, ReaderMessages::UnknownKeyword));
         };
-        for (const char* text : row.texts) EXPECT_EQ(Converted(text, match), row.index) << text;
+        for (const char* text : texts) EXPECT_EQ(Converted(text, match), index) << text;
     }
 }
 
 TEST(ReaderCore, ConvertsByWidth) {
     // The low 32 bits count (2^32 is 4294967296); what 64 bits do not hold is refused.
-    const struct {
-        std::int64_t id;
-        std::int64_t enabled;
-        std::int64_t coordinate;
-        std::vector<const char*> texts;
-    } table[] = {
+    const std::tuple<std::int64_t, std::int64_t, std::int64_t, std::vector<const char*>> table[] = {
         {1, 1, 1, {"1", "1.9", "4294967297", "-4294967295"}},
         {-113, 0, 0, {"0", "0.5", "-0.9", "4294967296"}},
         {2, -114, 2, {"2", "2.9"}},
@@ -198,12 +195,12 @@ TEST(ReaderCore, ConvertsByWidth) {
         {-113, -114, -121, {"-32769", "2147483648", "9223372036854775808", "1e300", "1e999", "-1e999"}},
         {-113, -114, -121, {"word", "\"1\""}},
     };
-    for (const auto& row : table) {
-        for (const std::string text : row.texts) {
-            EXPECT_EQ(Converted(text, [](const ReaderCore& core) { return core.ReadID(); }), row.id) << text;
-            EXPECT_EQ(Converted(text, [](const ReaderCore& core) { return core.ReadEnabled(); }), row.enabled) << text;
+    for (const auto& [id, enabled, coordinate, texts] : table) {
+        for (const std::string text : texts) {
+            EXPECT_EQ(Converted(text, [](const ReaderCore& core) { return core.ReadID(); }), id) << text;
+            EXPECT_EQ(Converted(text, [](const ReaderCore& core) { return core.ReadEnabled(); }), enabled) << text;
             const auto readY = [](ReaderCore& core) { return core.ReadCoordinates().y; };
-            EXPECT_EQ(Converted("7 " + text + " 9", readY), row.coordinate) << text;
+            EXPECT_EQ(Converted("7 " + text + " 9", readY), coordinate) << text;
         }
     }
 }

@@ -1,6 +1,7 @@
 #include <climits>
 #include <functional>
 #include <thread>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -36,11 +37,7 @@ TEST_P(Queries, CheckInOrder) {
     const auto results = Sample(GetParam());
     const char* const module = GetParam() ? "ResultsMat" : "ResultsTxt";
     const double def = 0.5;
-    struct {
-        unsigned int col;
-        int x, y, z;
-        double expected;
-    } const cells[] = {
+    const std::tuple<unsigned int, int, int, int, double> cells[] = {
         {0, 5, -1, 0, 2},         {1, 5, -1, 3, -3},         {0, 2, -1, 0, 4},        {2, 5, -1, 0, 301},
         {2, 99, 99, 99, 301},     {UINT_MAX, 5, -1, 0, 301}, {0, 1, -1, 0, 302},      {0, 6, -1, 0, 302},
         {0, 6, 99, 99, 302},      {0, 5, -2, 0, 303},        {0, 5, 0, 0, 303},       {0, 5, 0, 99, 303},
@@ -48,22 +45,21 @@ TEST_P(Queries, CheckInOrder) {
         {0, INT_MIN, -1, 0, 302}, {0, INT_MAX, -1, 0, 302},  {0, 5, INT_MIN, 0, 303}, {0, 5, INT_MAX, 0, 303},
         {0, 5, -1, INT_MIN, 304}, {0, 5, -1, INT_MAX, 304},  {0, 65541, -1, 0, 302},
     };
-    for (const auto& c : cells) {
-        EXPECT_EQ(ValueOrCode([&] { return results->ExValueGet(c.col, c.x, c.y, c.z); }, module), c.expected)
-            << c.col << ' ' << c.x << ' ' << c.y << ' ' << c.z;
-        const bool fails = c.expected > 300;
-        EXPECT_EQ(results->SafeValueGet(c.col, c.x, c.y, c.z, def), fails ? def : c.expected);
-        EXPECT_TRUE(fails || results->ValueGet(c.col, c.x, c.y, c.z) == c.expected);
+    for (const auto& cell : cells) {
+        const auto& [col, x, y, z, expected] = cell;
+        const auto checked = [&, c = col, cx = x, cy = y, cz = z] { return results->ExValueGet(c, cx, cy, cz); };
+        EXPECT_EQ(ValueOrCode(checked, module), expected) << testing::PrintToString(cell);
+        const bool fails = expected > 300;
+        EXPECT_EQ(results->SafeValueGet(col, x, y, z, def), fails ? def : expected);
+        EXPECT_TRUE(fails || results->ValueGet(col, x, y, z) == expected);
     }
-    struct {
-        unsigned int col, row;
-        double expected;
-    } const rows[] = {{0, 0, 1}, {1, 3, -4}, {2, 0, 301}, {0, 4, 300}, {2, 4, 300}, {0, UINT_MAX, 300}};
-    for (const auto& c : rows) {
-        EXPECT_EQ(ValueOrCode([&] { return results->ExValueGet(c.col, c.row); }, module), c.expected);
-        const bool fails = c.expected > 299;
-        EXPECT_EQ(results->SafeValueGet(c.col, c.row, def), fails ? def : c.expected);
-        EXPECT_TRUE(fails || results->ValueGet(c.col, c.row) == c.expected);
+    const std::tuple<unsigned int, unsigned int, double> rows[] = {{0, 0, 1},   {1, 3, -4},  {2, 0, 301},
+                                                                   {0, 4, 300}, {2, 4, 300}, {0, UINT_MAX, 300}};
+    for (const auto& [col, row, expected] : rows) {
+        EXPECT_EQ(ValueOrCode([&, c = col, r = row] { return results->ExValueGet(c, r); }, module), expected);
+        const bool fails = expected > 299;
+        EXPECT_EQ(results->SafeValueGet(col, row, def), fails ? def : expected);
+        EXPECT_TRUE(fails || results->ValueGet(col, row) == expected);
     }
     EXPECT_EQ(results->IndexGet(1, 2), -1);
     EXPECT_EQ(results->IndexGet(3, 3), 9);
@@ -87,20 +83,17 @@ TEST_P(Queries, MayComeFromManyThreads) {
 INSTANTIATE_TEST_SUITE_P(BothFormats, Queries, testing::Bool());
 
 TEST(QueriesWithoutRows, Fail) {
-    struct {
-        std::string bytes;
-        double byCell;
-    } const cases[] = {
+    const std::pair<std::string, double> cases[] = {
         {"", 301},                 // No column.
         {"u\n1\n", 302},           // No index columns.
         {"x\ty\tz\tf\tu\n", 305},  // A box of one empty cell.
         {MatHeader(), 301},
         {MatHeader() + Values(1, {}).Bytes(), 305},
     };
-    for (const auto& c : cases) {
-        const auto results = LoadBytes(c.bytes);
-        const char* const module = c.bytes.starts_with("MATLAB") ? "ResultsMat" : "ResultsTxt";
-        EXPECT_EQ(ValueOrCode([&] { return results->ExValueGet(0, 0, 0, 0); }, module), c.byCell);
+    for (const auto& [bytes, byCell] : cases) {
+        const auto results = LoadBytes(bytes);
+        const char* const module = bytes.starts_with("MATLAB") ? "ResultsMat" : "ResultsTxt";
+        EXPECT_EQ(ValueOrCode([&] { return results->ExValueGet(0, 0, 0, 0); }, module), byCell);
         EXPECT_EQ(results->SafeValueGet(0, 0, 0, 0, -1.0), -1);
         EXPECT_EQ(ValueOrCode([&] { return results->ExValueGet(0, results->RowCount()); }, module), 300);
     }

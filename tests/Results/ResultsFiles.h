@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -17,29 +16,12 @@
 
 namespace orvalo {
 
-/// A file that lives as long as the object.
-class TemporaryFile {
-public:
-    explicit TemporaryFile(std::string_view content) {
-        static int count = 0;
-        path_ = support::WriteFile("results-" + std::to_string(count++), content);
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile() { std::filesystem::remove(path_); }
-
-    const std::string& Path() const { return path_; }
-
-private:
-    std::string path_;
-};
-
 inline std::unique_ptr<Results> Load(const std::string& path) {
     return std::unique_ptr<Results>(ResultsReader(path).Execute());
 }
 
 inline std::unique_ptr<Results> LoadBytes(std::string_view content) {
-    return Load(TemporaryFile(content).Path());
+    return Load(support::WriteFile("results", content));
 }
 
 /// An error as "code module: text", the path in it replaced by "PATH".
@@ -73,7 +55,7 @@ inline std::string Outcome(const std::string& path) {
 }
 
 inline std::string OutcomeOfBytes(std::string_view content) {
-    return Outcome(TemporaryFile(content).Path());
+    return Outcome(support::WriteFile("results", content));
 }
 
 /// One matrix of a MAT-file: right unless a field is changed.
@@ -92,12 +74,8 @@ struct MatMatrix {
 
     /// The element; a name of more than four bytes takes the full form.
     std::string Bytes(const std::vector<Change>& changes = {}) const {
-        std::string nameElement;
-        if (name.size() <= 4) {
-            nameElement = Words({1U | static_cast<std::uint32_t>(name.size()) << 16U}) + name;
-        } else {
-            nameElement = Words({1, static_cast<std::uint32_t>(name.size())}) + name;
-        }
+        const auto length = static_cast<std::uint32_t>(name.size());
+        std::string nameElement = (length <= 4 ? Words({1U | length << 16U}) : Words({1, length})) + name;
         while (nameElement.size() % 4 != 0 || nameElement.size() < 8) nameElement += '\0';
         const auto size = static_cast<std::uint32_t>(data.size());
         const auto whole = static_cast<std::uint32_t>(40 + nameElement.size()) + size;

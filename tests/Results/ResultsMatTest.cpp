@@ -27,14 +27,12 @@ std::string BadWhole(const std::string& name) {
     return "209 ResultsReader: Invalid data block size for '" + name + "' variable.";
 }
 
-struct Case {
-    std::string elements;
-    std::string outcome;
-};
+/// Elements of a MAT-file, and what comes of reading it.
+using Case = std::pair<std::string, std::string>;
 
 void Check(const std::vector<Case>& cases) {
     for (std::size_t i = 0; i < cases.size(); ++i) {
-        EXPECT_EQ(OutcomeOfBytes(MatHeader() + cases[i].elements), cases[i].outcome) << "case " << i;
+        EXPECT_EQ(OutcomeOfBytes(MatHeader() + cases[i].first), cases[i].second) << "case " << i;
     }
 }
 
@@ -95,6 +93,9 @@ TEST(ResultsMat, ReadsOrRefusesMatrices) {
         {withName(wide.substr(1)), bothRead},
         {withName(wide), longName},
         {values.Bytes({{1, 0}}), BadWhole("v")},
+        // What pads a name is no part of it.
+        {values.Bytes({{1, 0}}).replace(45, 3, "xyz"), BadWhole("v")},
+        {withName("fives").replace(4, 1, "?").replace(53, 3, "xyz"), BadWhole("fives")},
         {withName(wide.substr(1)).replace(4, 1, "?"), BadWhole(wide.substr(0, 512))},
         // The boxes that 32 bits cannot number, and one that they can.
         {Values(1, {1, 2}).Bytes() + Indices(3, {-32768, 32767, -32768, 32767, 0, 0}).Bytes(), outOfMemory},
@@ -151,9 +152,37 @@ TEST(ResultsMat, NamesPaddedToEightBytesMayNotBeRead) {
     Check({{bytes, badData}});
 }
 
+// The programs that wrote these files, or the scripts that had them written, lie beside them.
+TEST(ResultsMat, ReadsOrRefusesRealFiles) {
+    const std::pair<std::string, std::string> cases[] = {
+        // 16-bit data in a matrix of class double is what the reader asks for, but eight bytes of it at a time.
+        {"matio-four-rows", "4x2+3 | 1 2 3 ; 1.5 -2 | 4 5 6 ; 3 4.25 | 7 8 -9 ; 5 6 | 10 11 12 ; 7 8"},
+        {"matio-padded", BadWhole("i")},
+        {"matio-int16-class", badFlags},
+        // The values alone are fine.
+        {"scipy-values", rowCounts},
+        {"scipy-values-and-int16-class", badFlags},
+        {"scipy-compressed", nonMatrix},
+        {"scipy-single", badFlags},
+        {"scipy-int32", badFlags},
+        {"scipy-complex", badFlags},
+        {"scipy-three-dimensions", badFlags},
+        {"scipy-nine-byte-name", badData},
+        {"scipy-no-variables", "0x0+0"},
+        // The second word of its array flags is 1.
+        {"octave-doubles", badFlags},
+        {"octave-integers-as-doubles", badFlags},
+        {"octave-int16", badFlags},
+        {"octave-compressed", nonMatrix},
+    };
+    for (const auto& [name, outcome] : cases) {
+        EXPECT_EQ(Outcome(ORVALO_TEST_DATA "/results/" + name + ".mat"), outcome) << name;
+    }
+}
+
 TEST(ResultsMat, RefusesDataFromAPipe) {
-    const TemporaryFile file(MatHeader() + both);
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen(("cat " + file.Path()).c_str(), "r"), ::pclose);
+    const std::string path = support::WriteFile("results", MatHeader() + both);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen(("cat " + path).c_str(), "r"), ::pclose);
     EXPECT_EQ(Outcome("/dev/fd/" + std::to_string(::fileno(pipe.get()))), unreadable);
 }
 

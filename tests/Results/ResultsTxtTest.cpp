@@ -3,14 +3,10 @@
 #include <Orvalo3DReader/Results/ResultsTxt.h>
 
 #include "Results/ResultsFiles.h"
+#include "Results/RowBlocks.h"
 
 namespace orvalo {
 namespace {
-
-struct Case {
-    std::string text;
-    std::string outcome;
-};
 
 std::string Repeated(const std::string& text, int count) {
     std::string all;
@@ -29,7 +25,7 @@ TEST(ResultsTxt, ReadsOrRefuses) {
     };
     const std::string indexed = "x\ty\tz\tf\tu\n";
     using namespace std::string_literals;
-    const Case cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"x\ty\tz\tf\tux\tuy\n3\t4\t5\t0\t1.5\t-2e-3\n", "1x2+4 | 3 4 5 0 ; 1.5 -0.002"},
         {"", "0x0+0"},
         // Headers.
@@ -105,13 +101,29 @@ TEST(ResultsTxt, ReadsOrRefuses) {
         {indexed + "32768\t32768\t0\t0\t3\n32767\t32766\t0\t0\t4\n",
          "2x1+4 | -32768 -32768 0 0 ; 3 | 32767 32766 0 0 ; 4"},
     };
-    for (const Case& c : cases) EXPECT_EQ(OutcomeOfBytes(c.text), c.outcome) << c.text.substr(0, 80);
+    for (const auto& [text, outcome] : cases) EXPECT_EQ(OutcomeOfBytes(text), outcome) << text.substr(0, 80);
+}
+
+/// Something that takes a little less than a third of a block, and no memory.
+struct Third {
+    Third() = default;
+    Third(const Third&) = default;
+    Third& operator=(const Third&) { return *this; }
+    char bytes[349000];
+};
+
+TEST(ResultsTxt, HoldsAsManyRowsAsFitInto4096BlocksWhole) {
+    RowBlocks<Third> blocks;
+    blocks.SetColumns(1);
+    int rows = 0;
+    while (blocks.AppendRow()) ++rows;
+    EXPECT_EQ(rows, 3 * 4096);
 }
 
 TEST(ResultsTxt, KeepsNamesAndPath) {
-    const TemporaryFile file("x\ty\tz\tf\tux\t\tuz \n");
-    const auto results = Load(file.Path());
-    EXPECT_EQ(results->FileName(), file.Path());
+    const std::string path = support::WriteFile("results", "x\ty\tz\tf\tux\t\tuz \n");
+    const auto results = Load(path);
+    EXPECT_EQ(results->FileName(), path);
     const auto& text = dynamic_cast<const ResultsTxt&>(*results);
     EXPECT_THAT(text.ColumnNames(), testing::ElementsAre("x", "y", "z", "f", "ux", "", "uz "));
 }

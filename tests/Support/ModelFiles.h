@@ -7,13 +7,15 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <regex>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Model/Model.h>
-#include <Orvalo3DReader/Reader/InputPlace.h>
+#include <Orvalo3DReader/Reader/ReadError.h>
 
 #include "Reader/ModelReader.h"
 #include "Support/ModelText.h"
@@ -21,25 +23,22 @@
 /// Model files for the tests of the reader, and what became of reading them.
 namespace orvalo::support {
 
-/// A directory of this process's own, removed with all in it at the end. In memory where the system has such a place:
-/// the tests read very many small files.
+/// A directory of this process's own, removed with all in it at the end. In memory where the system has such a place
+/// and TMPDIR names no other: the tests read very many small files.
 inline const std::string& ScratchDirectory() {
-    struct Directory {
-        Directory()
-            : path(std::filesystem::is_directory("/dev/shm") ? "/dev/shm/orvalo-XXXXXX" : "/tmp/orvalo-XXXXXX") {
-            if (::mkdtemp(path.data()) == nullptr) throw std::runtime_error("no temporary directory");
-            path = std::filesystem::canonical(path).string();
-        }
-        ~Directory() {
-            std::error_code ignored;
-            std::filesystem::remove_all(path, ignored);
-        }
-        Directory(const Directory&) = delete;
-        Directory& operator=(const Directory&) = delete;
-        std::string path;
+    const auto remove = [](std::string* path) {
+        std::error_code ignored;
+        std::filesystem::remove_all(*path, ignored);
+        delete path;
     };
-    static const Directory directory;
-    return directory.path;
+    static const std::unique_ptr<std::string, decltype(remove)> directory(new std::string, remove);
+    if (directory->empty()) {
+        const bool inMemory = std::getenv("TMPDIR") == nullptr && std::filesystem::is_directory("/dev/shm");
+        std::string path = (inMemory ? "/dev/shm" : std::filesystem::temp_directory_path().string()) + "/orvalo-XXXXXX";
+        if (::mkdtemp(path.data()) == nullptr) throw std::runtime_error("no temporary directory");
+        *directory = std::filesystem::canonical(path).string();
+    }
+    return *directory;
 }
 
 /// Writes a file into the scratch directory and returns its path.
@@ -56,7 +55,28 @@ inline std::string Replaced(std::string text, std::string_view what, std::string
     return text;
 }
 
-struct ReadOptions {
+inline std::vector<std::string> Split(const std::string& text, std::string_view separator) {
+    std::vector<std::string> parts;
+    std::size_t start = 0;
+    for (std::size_t end; (end = text.find(separator, start)) != std::string::npos; start = end + separator.size()) {
+        parts.push_back(text.substr(start, end - start));
+    }
+    parts.push_back(text.substr(start));
+    return parts;
+}
+
+/// A table written as text, a row on a line, which goes on with the next one where that begins with blanks. Bars stand
+/// between the fields, `/` for a line feed and `\` for a carriage return with one. Lines with // are comments.
+inline std::vector<std::vector<std::string>> Rows(const std::string& table) {
+    std::vector<std::vector<std::string>> rows;
+    const std::string text = Replaced(std::regex_replace(table, std::regex("\n//[^\n]*"), ""), "\n  ", " ");
+    for (const std::string& line : Split(text, "\n")) {
+        if (!line.empty()) rows.push_back(Split(Replaced(Replaced(line, "/", "\n"), "\\", "\r\n"), " | "));
+    }
+    return rows;
+}
+
+struct ReadSettings {
     bool cubesOnly = false;
     bool doublePrecision = true;
     std::size_t bufferSize = Lexer::defaultBufferSize;
@@ -73,29 +93,30 @@ struct Outcome {
     std::shared_ptr<Model> model = std::make_shared<Model>();
 };
 
-inline Outcome ReadPath(const std::string& path, const ReadOptions& options = {}) {
+inline Outcome ReadPath(const std::string& path, const ReadSettings& options = {}) {
     Outcome outcome;
     ModelReader reader(path, options.cubesOnly, options.bufferSize);
     try {
         reader.Execute(*outcome.model, options.doublePrecision);
-    } catch (const Exception& failure) {
+    } catch (const ReadError& failure) {
         outcome.code = failure.code();
         outcome.what = failure.what();
         outcome.file = failure.file();
         outcome.line = failure.line();
-        outcome.place = reader.FailurePlace();
-        outcome.row = reader.FailureRow();
+        outcome.place = failure.Place();
+        outcome.row = failure.Row();
     }
     return outcome;
 }
 
 /// Reads `text` as the file m.model.
-inline Outcome ReadText(std::string_view text, const ReadOptions& options = {}) {
+inline Outcome ReadText(std::string_view text, const ReadSettings& options = {}) {
     return ReadPath(WriteFile("m.model", text), options);
 }
 
 /// The sections named by one letter each, every one a line that ends with a carriage return and a line feed, so that
-/// the line which messages report is the true one: A, M, C as they must begin, X an actuator, S a sensor, P a patch.
+/// the line which messages report is the true one: A, M, C as they must begin, X and W an actuator by definition and by
+/// wave, P a patch, S a sensor, D a dump, G damping, T a table, E a set.
 inline std::string Sections(std::string_view letters) {
     static const std::map<char, const char*> sections = {
         {'A', "ANALYSIS cellsize 1 timestep 0.1 END"},
@@ -103,9 +124,14 @@ inline std::string Sections(std::string_view letters) {
         {'C', "CUBES count 1 format 0 data 1 1 1 1 END END"},
         {'X',
          "ACTUATOR shape point position 1 1 1 input definition method force type fullpulse waveform sine envelope "
-         "none frequency 100 duration 10 phase 0 END"},
+         "none frequency 100 duration 0.04 phase 0 END"},
+        {'W', "ACTUATOR shape point position 1 1 1 input wave method force table 1 END"},
         {'S', "SENSOR id 1 shape point position 1 1 1 output u filename \"s.txt\" END"},
         {'P', "PIEZO id 1 position 0 0 0 direction 0 0 1 method force count 1 data 0 0 i END END"},
+        {'D', "DUMP id 1 output all filename \"d.mat\" END"},
+        {'G', "DAMPING count 1 data 1 1 1 1 0.5 END END"},
+        {'T', "TABLE id 1 count 2 data 1 2 END END"},
+        {'E', "SET id 1 count 1 data 1 1 1 END END"},
     };
     std::string text;
     for (const char letter : letters) text += std::string(sections.at(letter)) + "\r\n";
@@ -149,7 +175,7 @@ inline std::string LocatedMessage(const std::string& file, const InputPlace& rep
 }
 
 inline std::string ToText(const InputPlace& place) {
-    return std::to_string(place.line) + ':' + std::to_string(place.column) + '/' + std::to_string(place.offset);
+    return std::to_string(place.line) + ':' + std::to_string(place.column) + '+' + std::to_string(place.offset);
 }
 
 /// All that came of a read: what the error says, if there is one, and what the bulk sections put into the model.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstring>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -41,16 +40,13 @@ inline std::string ShowGrid(const Model& model) {
     const Cubes& cubes = model.cubes;
     std::string text = b.defined ? Line("bounds", b.minX, b.maxX, b.minY, b.maxY, b.minZ, b.maxZ) : "";
     if (cubes.CubesCount() > Shown(cubes.CubesCount())) text += Line("cubes", cubes.CubesCount());
-    for (std::size_t i = 0; cubes.CubesPtr() != nullptr && i < Shown(cubes.CubesCount()); ++i) {
-        Cube cube;
-        std::memcpy(static_cast<void*>(&cube), cubes.CubesPtr() + i * 7, 7);
+    for (std::size_t i = 0; i < Shown(cubes.Records().size()); ++i) {
+        const Cube cube = cubes.CubeAt(i);
         text += Line("cube", cube.x, cube.y, cube.z, cube.material);
         if (cubes.TemperaturesPtr() != nullptr) text += Line("at", cubes.GetTemperature(i));
     }
-    for (std::size_t i = 0; cubes.DampingCubesPtr() != nullptr && i < Shown(cubes.DampingCubesCount()); ++i) {
-        DampingCube cube;
-        std::memcpy(static_cast<void*>(&cube), cubes.DampingCubesPtr() + i * 15, 7);
-        std::memcpy(&cube.coefficient, cubes.DampingCubesPtr() + i * 15 + 7, sizeof cube.coefficient);
+    for (std::size_t i = 0; i < Shown(cubes.DampingRecords().size()); ++i) {
+        const DampingCube cube = cubes.DampingCubeAt(i);
         text += Line("damping", cube.x, cube.y, cube.z, cube.material, cube.coefficient);
     }
     return text;
@@ -71,7 +67,7 @@ inline std::string ShowBulk(const Model& model) {
     std::string text = ShowGrid(model) + ShowTables(model.tables);
     for (const auto& [id, set] : model.sets) {
         text += Line("set", id, set->id);
-        for (const Point* p = set->points; p != set->points + Shown(set->count); ++p) text += Line("", *p);
+        for (const Point* p = set->begin(); p != set->begin() + Shown(set->count); ++p) text += Line("", *p);
     }
     return text;
 }

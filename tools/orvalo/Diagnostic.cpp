@@ -47,7 +47,7 @@ std::string ProblemText(const std::string& path, const Problem& problem, const P
         return fmt::format("{} {} {}\n", paint.Bold(Harmless(path) + ":"), paint.Warning("warning:"),
                            Harmless(problem.message));
     }
-    const bool placed = !problem.place.path.empty();
+    const bool placed = problem.place.Known();
     std::string where = Harmless(placed ? problem.shownPath : path) + ":";
     if (placed) where += fmt::format("{}:{}:", problem.place.line, problem.place.column);
     std::string text = fmt::format("{} {} {} [{}]\n", paint.Bold(where), paint.Error("error:"),
@@ -79,7 +79,7 @@ nlohmann::ordered_json ProblemsToJson(const InputFile& file) {
         entry["code"] = isError ? nlohmann::ordered_json(problem.code) : nullptr;
         entry["message"] = problem.message;
         for (const char* key : {"path", "line", "column", "offset", "row"}) entry[key] = nullptr;
-        if (!problem.place.path.empty()) {
+        if (problem.place.Known()) {
             entry["path"] = problem.shownPath;
             entry["line"] = problem.place.line;
             entry["column"] = problem.place.column;

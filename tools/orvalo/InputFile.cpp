@@ -14,8 +14,8 @@
 
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Common/ReaderMessages.h>
-#include <Orvalo3DReader/Reader/Reader.h>
-#include <Orvalo3DReader/Reader/ResultsReader.h>
+#include <Orvalo3DReader/Reader/ReadModel.h>
+#include <Orvalo3DReader/Reader/ReadResults.h>
 
 #include "DeclaredCubes.h"
 #include "FileKind.h"
@@ -81,39 +81,38 @@ private:
 void ReadModel(InputFile& file, bool cubesOnly) {
     unsigned long long cubesRead = 0;
     const std::uint64_t declared = IsTerminal(stderr) ? DeclaredCubes(file.path) : 0;
-    auto model = std::make_unique<orvalo::Model>();
-    orvalo::Reader reader(file.path, cubesOnly);
-    reader.TraceCurrentCube(&cubesRead);
+    orvalo::ReadOptions options;
+    options.cubesOnly = cubesOnly;
+    options.cubesRead = &cubesRead;
     const ProgressBar bar(file.path, [&] {
         return ProgressBar::State{std::atomic_ref(cubesRead).load(std::memory_order_relaxed), declared};
     });
     const Stopwatch stopwatch;
     try {
-        reader.Execute(model.get(), true);
+        file.model = std::make_unique<orvalo::Model>(orvalo::ReadModel(file.path, options));
         file.seconds = stopwatch.Seconds();
-        if (!cubesOnly) file.problems = TemperatureWarnings(*model);
-        file.model = std::move(model);
-    } catch (const orvalo::Exception& exception) {
+        if (!cubesOnly) file.problems = TemperatureWarnings(*file.model);
+    } catch (const orvalo::ReadError& error) {
         file.seconds = stopwatch.Seconds();
-        Problem problem = ToProblem(exception, file.path);
-        problem.place = reader.FailurePlace();
-        problem.row = reader.FailureRow();
-        if (!problem.place.path.empty()) problem.shownPath = ShownPath(problem.place.path, file.path);
+        Problem problem = ToProblem(error, file.path);
+        problem.place = error.Place();
+        problem.row = error.Row();
+        if (problem.place.Known()) problem.shownPath = ShownPath(problem.place.path, file.path);
         file.problems.push_back(problem);
     }
 }
 
 void ReadResults(InputFile& file) {
     float percent = 0.0F;
-    orvalo::ResultsReader reader(file.path);
-    reader.TraceProgress(&percent);
+    orvalo::ReadOptions options;
+    options.percentRead = &percent;
     const ProgressBar bar(file.path, [&] {
         const float done = std::atomic_ref(percent).load(std::memory_order_relaxed);
         return ProgressBar::State{static_cast<std::uint64_t>(done), 100};
     });
     const Stopwatch stopwatch;
     try {
-        file.results.reset(reader.Execute());
+        file.results = orvalo::ReadResults(file.path, options);
     } catch (const orvalo::Exception& exception) {
         file.problems.push_back(ToProblem(exception, file.path));
     }

@@ -3,10 +3,12 @@
 #include <string>
 
 #include <Orvalo3DReader/Model/Actuator.h>
+#include <Orvalo3DReader/Model/FileProperties.h>
 
 /// The words of the input file for what the model holds as numbers. An unset number has no word.
 inline std::string MethodName(int method) {
-    return method == 1 ? "force" : method == 2 ? "absolute" : "";
+    constexpr const char* names[] = {"", "force", "absolute"};
+    return names[method];
 }
 
 inline std::string TypeName(int type) {
@@ -20,7 +22,7 @@ inline std::string WaveformName(int waveform) {
 }
 
 inline std::string EnvelopeName(int envelope) {
-    return envelope == 1 ? "hannwindow" : "none";
+    return envelope == orvalo::ActuatorEnvelopeHannWindow ? "hannwindow" : "none";
 }
 
 inline std::string WriteModeName(int writeMode) {
@@ -29,7 +31,7 @@ inline std::string WriteModeName(int writeMode) {
 }
 
 inline std::string FileFormatName(int fileFormat) {
-    return fileFormat == 1 ? "mat" : "txt";
+    return fileFormat == orvalo::FileFormatMat ? "mat" : "txt";
 }
 
 /// Such as "UW".

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <optional>
 #include <vector>
 
@@ -45,17 +44,11 @@ std::optional<ModelSummary::Range> TemperatureRange(const orvalo::Cubes& cubes) 
 }
 
 std::optional<ModelSummary::Range> DampingRange(const orvalo::Cubes& cubes) {
-    constexpr std::size_t recordSize = 15;
-    constexpr std::size_t coefficientOffset = 7;
     std::optional<ModelSummary::Range> range;
-    if (cubes.DampingCubesPtr() == nullptr) return range;
-    const unsigned char* record = cubes.DampingCubesPtr() + coefficientOffset;
-    for (std::size_t i = 0; i < cubes.DampingCubesCount(); ++i, record += recordSize) {
-        double coefficient = 0.0;
-        std::memcpy(&coefficient, record, sizeof coefficient);
-        if (!range) range = {coefficient, coefficient};
-        range->least = std::min(range->least, coefficient);
-        range->greatest = std::max(range->greatest, coefficient);
+    for (const orvalo::DampingCube cube : cubes.DampingRecords()) {
+        if (!range) range = {cube.coefficient, cube.coefficient};
+        range->least = std::min(range->least, cube.coefficient);
+        range->greatest = std::max(range->greatest, cube.coefficient);
     }
     return range;
 }

@@ -80,9 +80,8 @@ std::string SignalText(const orvalo::Actuator& actuator) {
     if (actuator.tableId > 0) return fmt::format("table {}", actuator.tableId);
     const orvalo::Actuator::Definition& signal = actuator.definition;
     std::string text = fmt::format("{} {}", TypeName(signal.type), WaveformName(signal.waveform));
-    constexpr int continuousWave = 3;
-    if (signal.type == continuousWave) text += fmt::format(" of {:.6g} kHz", signal.frequency);
-    if (signal.envelope != 0) text += ", " + EnvelopeName(signal.envelope);
+    if (signal.type == orvalo::ActuatorTypeContinuousWave) text += fmt::format(" of {:.6g} kHz", signal.frequency);
+    if (signal.envelope != orvalo::ActuatorEnvelopeNone) text += ", " + EnvelopeName(signal.envelope);
     return text;
 }
 

@@ -15,8 +15,8 @@ struct ExceptionMessage {
     const char* format;
 };
 
-/// The one type that the library throws. It carries a finished message, the catalogue code that clients can
-/// switch on, and the library source place that raised it.
+/// The type of all that the library throws, by itself or as the base of ReadError and Stopped. It carries a finished
+/// message, the catalogue code that clients can switch on, and the library source place that raised it.
 class ORVALO3DREADER_EXPORT Exception {
 public:
     /// Formats `format` with the variable arguments, as printf does, into the message. Of `file`, a source path

@@ -6,221 +6,149 @@
 namespace orvalo {
 
 /// The catalogue of everything that the library can report: one constant per message, with its code and its
-/// printf-style text. Codes 100 to 102 are general, 103 to 183 belong to model files, 200 to 211 to results
-/// files and 300 to 308 to queries of results. Codes and texts are stable, spellings included: clients match them. A
-/// line feed is shown as a space below.
+/// printf-style text. Codes and texts are stable, spellings included: clients match them, and may use the codes as the
+/// cases of a switch.
 class ORVALO3DREADER_EXPORT ReaderMessages {
 public:
     ReaderMessages() = delete;
 
-    /// 100: Error in file "%s", line %d, column %d: %s
-    static const ExceptionMessage FileLineColumn;
-    /// 101: %s  [Exception thrown in source file '%s', line %d]
-    static const ExceptionMessage SourceCodePlace;
-    /// 102: Out of memory.
-    static const ExceptionMessage OutOfMemory;
-    /// 103: Unable to open '%s' input file.
-    static const ExceptionMessage ErrorOpeningInputFile;
-    /// 104: Unable to read '%s' input file.
-    static const ExceptionMessage ErrorReadingInputFile;
-    /// 105: Invalid character.
-    static const ExceptionMessage LexInvalidChar;
-    /// 106: Invalid character (inside keyword).
-    static const ExceptionMessage LexInvalidCharKeyword;
-    /// 107: Invalid character (inside number).
-    static const ExceptionMessage LexInvalidCharNumber;
-    /// 108: Unexpected End-Of-File.
-    static const ExceptionMessage LexUnexpectedEOF;
-    /// 109: Unexpected End-Of-Line.
-    static const ExceptionMessage LexUnexpectedEOL;
-    /// 110: Include filename missing
-    static const ExceptionMessage IncludeFNameMissing;
-    /// 111: Recursive include found.
-    static const ExceptionMessage RecursvieInclude;
-    /// 112: Invalid table ID.
-    static const ExceptionMessage InvalidTableID;
-    /// 113: Invalid 'ID' property value, use natural number.
-    static const ExceptionMessage InvalidIDProperty;
-    /// 114: Invalid 'Enabled' property value, 0 or 1 is accepted.
-    static const ExceptionMessage InvalidEnabledProperty;
-    /// 115: 'Count' property not defined.
-    static const ExceptionMessage CountPropertyMissing;
-    /// 116: Invalid 'Count' property value
-    static const ExceptionMessage InvalidCountValue;
-    /// 117: Obligatory property '%s' not defined.
-    static const ExceptionMessage ObligatoryMissing;
-    /// 118: Numerical property value expected.
-    static const ExceptionMessage NumericalValueExpected;
-    /// 119: Invalid proverty value provided.
-    static const ExceptionMessage InvalidPropertyValue;
-    /// 120: Invalid X coordinate value (or out of range).
-    static const ExceptionMessage InvalidXCoordinate;
-    /// 121: Invalid Y coordinate value (or out of range).
-    static const ExceptionMessage InvalidYCoordinate;
-    /// 122: Invalid Z coordinate value (or out of range).
-    static const ExceptionMessage InvalidZCoordinate;
-    /// 123: Currently only the 'point' is supported.
-    static const ExceptionMessage ShapePointSupported;
-    /// 124: 'U', 'V', 'W' or 'All' expected.
-    static const ExceptionMessage ActuatorDirExpected;
-    /// 125: 'U', 'V', 'W' or 'M' expected.
-    static const ExceptionMessage SensorOutputExpected;
-    /// 126: 'U0', 'V0', 'W0', 'U1', 'V1', 'W1', 'U2', 'V2', 'W2' or 'All' expected.
-    static const ExceptionMessage DumpOutputExpected;
-    /// 127: Piezo point position duplicated (%d,%d).
-    static const ExceptionMessage PiezoPointDuplicated;
-    /// 128: Piezo direction not supported.
-    static const ExceptionMessage PiezoDirectionSupp;
-    /// 129: 't' or 'i' expected.
-    static const ExceptionMessage PiezoTableOrInterpolated;
-    /// 130: Not enough piezo points defined (%d missing)
-    static const ExceptionMessage NotEnoughPiezoPoints;
-    /// 131: Too many piezo points provided.
-    static const ExceptionMessage TooManyPiezoPoints;
-    /// 132: Section name expected.
-    static const ExceptionMessage SectionNameExpected;
-    /// 133: END keyword (section closing) expected.
-    static const ExceptionMessage SectionClosingExpected;
-    /// 134: ANALYSIS section must be defined first.
-    static const ExceptionMessage AnalysisNotDefinedFirst;
-    /// 135: ANALYSIS section already defined.
-    static const ExceptionMessage AnalysisAlreadyDefined;
-    /// 136: ANALYSIS section not defined.
-    static const ExceptionMessage AnalysisNotDefined;
-    /// 137: MATERIALS section expected here.
-    static const ExceptionMessage MaterialsSectionExpected;
-    /// 138: MATERIALS section already defined.
-    static const ExceptionMessage MaterialsAlreadyDefined;
-    /// 139: MATERIALS section not defined.
-    static const ExceptionMessage MaterialsNotDefined;
-    /// 140: CUBES section expected here.
-    static const ExceptionMessage CubesSectionExpected;
-    /// 141: CUBES section already defined.
-    static const ExceptionMessage CubesAlreadyDefined;
-    /// 142: CUBES section not defined.
-    static const ExceptionMessage CubesNotDefined;
-    /// 143: At least one ACTUATOR or one PIEZO must be defined.
-    static const ExceptionMessage ActuatorPiezoNotDefined;
-    /// 144: At least one SENSOR or one DUMP must be defined.
-    static const ExceptionMessage SensorDumpNotDefined;
-    /// 145: Natural number of [1..255] range expected as material index.
-    static const ExceptionMessage InvalidMaterialNumber;
-    /// 146: Specified material index reused.
-    static const ExceptionMessage MaterialIndexReused;
-    /// 147: Natural number of [0..3] range expected as material definition format.
-    static const ExceptionMessage InvalidMaterialFormat;
-    /// 148: Material name expected.
-    static const ExceptionMessage MaterialNameExpected;
-    /// 149: Selected material definition format is not handled by this version of library.
-    static const ExceptionMessage UnsuppMaterialFormat;
-    /// 150: Incorrect material index provided.
-    static const ExceptionMessage IncorrectMaterialIndex;
-    /// 151: Material no.%d is not defined.
-    static const ExceptionMessage MaterialNotDefined;
-    /// 152: Invalid 'Format' property value, 0 or 1 is allowed.
-    static const ExceptionMessage InvalidCubesFormat;
-    /// 154: Init values are not handled by current version of the library.
-    static const ExceptionMessage UnsupportedInitValues;
-    /// 155: Not enough cubes defined (%d missing)
-    static const ExceptionMessage NotEnoughCubes;
-    /// 156: Too many cubes provided.
-    static const ExceptionMessage TooManyCubes;
-    /// 157: Not enough table elements defined (%d missing)
-    static const ExceptionMessage NotEnoughTableElements;
-    /// 158: Too many table elements provided.
-    static const ExceptionMessage TooManyTableElements;
-    /// 159: One or more obligatory properties were not defined.
-    static const ExceptionMessage ObligatoryPropNotDefined;
-    /// 160: Table ID already specified in current section.
-    static const ExceptionMessage TableIDAlreadySpecified;
-    /// 161: Table ID = %d reused.
-    static const ExceptionMessage TableIDReused;
-    /// 162: Piezo ID = %d reused.
-    static const ExceptionMessage PiezoIDReused;
-    /// 163: Sensor ID = %d reused.
-    static const ExceptionMessage SensorIDReused;
-    /// 164: Dump ID = %d reused.
-    static const ExceptionMessage DumpIDReused;
-    /// 165: Append mode not allowed while creating MAT file.
-    static const ExceptionMessage AppendNotSupportedMAT;
-    /// 166: 'Definition' or 'Wave' expected.
-    static const ExceptionMessage ActuatorInputExpected;
-    /// 167: 'Force' or 'Absolute' expected.
-    static const ExceptionMessage ActuatorMethodExpected;
-    /// 168: 'FullPulse', 'HalfPulse' or 'ContinuousWave' expected.
-    static const ExceptionMessage ActuatorTypeExpected;
-    /// 169: 'Square', 'Sine' or 'Gaussian' expected.
-    static const ExceptionMessage ActuatorWaveformExpected;
-    /// 170: 'None' or 'HannWindow' expected.
-    static const ExceptionMessage ActuatorEnvelopeExpected;
-    /// 171: 'None' or 'Invert' expected.
-    static const ExceptionMessage ActuatorProcesngExpected;
-    /// 172: 'Create', 'Append' or 'Overwrite' expected.
-    static const ExceptionMessage FileWriteModeExpected;
-    /// 173: 'Decimal' or 'Scientific' expected.
-    static const ExceptionMessage FileNotationExpected;
-    /// 174: 'txt' or 'mat' expected.
-    static const ExceptionMessage FileFormatExpected;
-    /// 175: Cannot resolve path to '%s' input file.
-    static const ExceptionMessage CannotResolvePath;
-    /// 176: Piezo #%d requires table #%d, but it is not defined.
-    static const ExceptionMessage PiezoTableMissing;
-    /// 177: Table #%d is needed, but it is not defined.
-    static const ExceptionMessage TableMissing;
-    /// 178: Unknown keyword.
-    static const ExceptionMessage UnknownKeyword;
-    /// 179: All piezo tables must contain the same samples count.
-    static const ExceptionMessage DiffSamplesCountInPiezo;
-    /// 180: Numerical temperature value expected.
-    static const ExceptionMessage TemperatureValueExpected;
-    /// 181: Set ID = %d reused.
-    static const ExceptionMessage SetIDReused;
-    /// 182: DAMPING section already defined.
-    static const ExceptionMessage DampingAlreadyDefined;
-    /// 183: Numerical damping coefficient value expected.
-    static const ExceptionMessage DampingValueExpected;
-    /// 200: Unable to open '%s' results file.
-    static const ExceptionMessage ErrorOpeningResultsFile;
-    /// 201: Unable to read '%s' results file.
-    static const ExceptionMessage ErrorReadingResultsFile;
-    /// 202: Invalid MAT file header.
-    static const ExceptionMessage InvalidMATHeader;
-    /// 203: Unable to read non-matrix objects from MatLab file.
-    static const ExceptionMessage MatrixExpected;
-    /// 204: Unsupported matrix format (unknown flags settings).
-    static const ExceptionMessage UnsupportedMatrixFormat;
-    /// 205: Unsupported data format (only doubles and 16-bit signed integers are supported).
-    static const ExceptionMessage UnsupportedDataFormat;
-    /// 206: Unknown data format (variable name expected, other data found).
-    static const ExceptionMessage VarNameExpected;
-    /// 207: Variable name too long.
-    static const ExceptionMessage VarNameTooLong;
-    /// 208: Invalid raw data block size for '%s' variable.
-    static const ExceptionMessage InvalidDataBlockSize;
-    /// 209: Invalid data block size for '%s' variable.
-    static const ExceptionMessage InvalidWholeBlockSize;
-    /// 210: Too many variables defined in the file.
-    static const ExceptionMessage TooManyVariablesDefined;
-    /// 211: Different rows count in indices and values matrices.
-    static const ExceptionMessage DifferentRowCount;
-    /// 300: Invalid row number provided.
-    static const ExceptionMessage InvalidRowNumber;
-    /// 301: Invalid column number provided.
-    static const ExceptionMessage InvalidColNumber;
-    /// 302: X coordinate out of range.
-    static const ExceptionMessage XOutOfRange;
-    /// 303: Y coordinate out of range.
-    static const ExceptionMessage YOutOfRange;
-    /// 304: Z coordinate out of range.
-    static const ExceptionMessage ZOutOfRange;
-    /// 305: No data found for specified cube.
-    static const ExceptionMessage NoDataFound;
-    /// 306: Too many columns defined in MatLab file.
-    static const ExceptionMessage TooManyColumnsMat;
-    /// 307: Too many columns provided (line %d).
-    static const ExceptionMessage TooManyColumnsTxt;
-    /// 308: Not enough columns provided (%d columns missing in line %d).
-    static const ExceptionMessage NotEnoughColumnsTxt;
+    /// General: the place put before a message, the description of an exception, and what any read may end in.
+    /// @{
+    static constexpr ExceptionMessage FileLineColumn{100, "Error in file \"%s\", line %d, column %d:\n%s"};
+    static constexpr ExceptionMessage SourceCodePlace{101, "%s\n\n[Exception thrown in source file '%s', line %d]"};
+    static constexpr ExceptionMessage OutOfMemory{102, "Out of memory."};
+    /// @}
+
+    /// Model files.
+    /// @{
+    static constexpr ExceptionMessage ErrorOpeningInputFile{103, "Unable to open '%s' input file."};
+    static constexpr ExceptionMessage ErrorReadingInputFile{104, "Unable to read '%s' input file."};
+    static constexpr ExceptionMessage LexInvalidChar{105, "Invalid character."};
+    static constexpr ExceptionMessage LexInvalidCharKeyword{106, "Invalid character (inside keyword)."};
+    static constexpr ExceptionMessage LexInvalidCharNumber{107, "Invalid character (inside number)."};
+    static constexpr ExceptionMessage LexUnexpectedEOF{108, "Unexpected End-Of-File."};
+    static constexpr ExceptionMessage LexUnexpectedEOL{109, "Unexpected End-Of-Line."};
+    static constexpr ExceptionMessage IncludeFNameMissing{110, "Include filename missing"};
+    static constexpr ExceptionMessage RecursvieInclude{111, "Recursive include found."};
+    static constexpr ExceptionMessage InvalidTableID{112, "Invalid table ID."};
+    static constexpr ExceptionMessage InvalidIDProperty{113, "Invalid 'ID' property value, use natural number."};
+    static constexpr ExceptionMessage InvalidEnabledProperty{114,
+                                                             "Invalid 'Enabled' property value, 0 or 1 is accepted."};
+    static constexpr ExceptionMessage CountPropertyMissing{115, "'Count' property not defined."};
+    static constexpr ExceptionMessage InvalidCountValue{116, "Invalid 'Count' property value"};
+    static constexpr ExceptionMessage ObligatoryMissing{117, "Obligatory property '%s' not defined."};
+    static constexpr ExceptionMessage NumericalValueExpected{118, "Numerical property value expected."};
+    static constexpr ExceptionMessage InvalidPropertyValue{119, "Invalid proverty value provided."};
+    static constexpr ExceptionMessage InvalidXCoordinate{120, "Invalid X coordinate value (or out of range)."};
+    static constexpr ExceptionMessage InvalidYCoordinate{121, "Invalid Y coordinate value (or out of range)."};
+    static constexpr ExceptionMessage InvalidZCoordinate{122, "Invalid Z coordinate value (or out of range)."};
+    static constexpr ExceptionMessage ShapePointSupported{123, "Currently only the 'point' is supported."};
+    static constexpr ExceptionMessage ActuatorDirExpected{124, "'U', 'V', 'W' or 'All' expected."};
+    static constexpr ExceptionMessage SensorOutputExpected{125, "'U', 'V', 'W' or 'M' expected."};
+    static constexpr ExceptionMessage DumpOutputExpected{
+        126, "'U0', 'V0', 'W0', 'U1', 'V1', 'W1', 'U2', 'V2', 'W2' or 'All' expected."};
+    static constexpr ExceptionMessage PiezoPointDuplicated{127, "Piezo point position duplicated (%d,%d)."};
+    static constexpr ExceptionMessage PiezoDirectionSupp{128, "Piezo direction not supported."};
+    static constexpr ExceptionMessage PiezoTableOrInterpolated{129, "'t' or 'i' expected."};
+    static constexpr ExceptionMessage NotEnoughPiezoPoints{130, "Not enough piezo points defined (%d missing)"};
+    static constexpr ExceptionMessage TooManyPiezoPoints{131, "Too many piezo points provided."};
+    static constexpr ExceptionMessage SectionNameExpected{132, "Section name expected."};
+    static constexpr ExceptionMessage SectionClosingExpected{133, "END keyword (section closing) expected."};
+    static constexpr ExceptionMessage AnalysisNotDefinedFirst{134, "ANALYSIS section must be defined first."};
+    static constexpr ExceptionMessage AnalysisAlreadyDefined{135, "ANALYSIS section already defined."};
+    static constexpr ExceptionMessage AnalysisNotDefined{136, "ANALYSIS section not defined."};
+    static constexpr ExceptionMessage MaterialsSectionExpected{137, "MATERIALS section expected here."};
+    static constexpr ExceptionMessage MaterialsAlreadyDefined{138, "MATERIALS section already defined."};
+    static constexpr ExceptionMessage MaterialsNotDefined{139, "MATERIALS section not defined."};
+    static constexpr ExceptionMessage CubesSectionExpected{140, "CUBES section expected here."};
+    static constexpr ExceptionMessage CubesAlreadyDefined{141, "CUBES section already defined."};
+    static constexpr ExceptionMessage CubesNotDefined{142, "CUBES section not defined."};
+    static constexpr ExceptionMessage ActuatorPiezoNotDefined{143,
+                                                              "At least one ACTUATOR or one PIEZO must be defined."};
+    static constexpr ExceptionMessage SensorDumpNotDefined{144, "At least one SENSOR or one DUMP must be defined."};
+    static constexpr ExceptionMessage InvalidMaterialNumber{
+        145, "Natural number of [1..255] range expected as material index."};
+    static constexpr ExceptionMessage MaterialIndexReused{146, "Specified material index reused."};
+    static constexpr ExceptionMessage InvalidMaterialFormat{
+        147, "Natural number of [0..3] range expected as material definition format."};
+    static constexpr ExceptionMessage MaterialNameExpected{148, "Material name expected."};
+    static constexpr ExceptionMessage UnsuppMaterialFormat{
+        149, "Selected material definition format is not handled by this version of library."};
+    static constexpr ExceptionMessage IncorrectMaterialIndex{150, "Incorrect material index provided."};
+    static constexpr ExceptionMessage MaterialNotDefined{151, "Material no.%d is not defined."};
+    static constexpr ExceptionMessage InvalidCubesFormat{152, "Invalid 'Format' property value, 0 or 1 is allowed."};
+    static constexpr ExceptionMessage UnsupportedInitValues{
+        154, "Init values are not handled by current version of the library."};
+    static constexpr ExceptionMessage NotEnoughCubes{155, "Not enough cubes defined (%d missing)"};
+    static constexpr ExceptionMessage TooManyCubes{156, "Too many cubes provided."};
+    static constexpr ExceptionMessage NotEnoughTableElements{157, "Not enough table elements defined (%d missing)"};
+    static constexpr ExceptionMessage TooManyTableElements{158, "Too many table elements provided."};
+    static constexpr ExceptionMessage ObligatoryPropNotDefined{159,
+                                                               "One or more obligatory properties were not defined."};
+    static constexpr ExceptionMessage TableIDAlreadySpecified{160, "Table ID already specified in current section."};
+    static constexpr ExceptionMessage TableIDReused{161, "Table ID = %d reused."};
+    static constexpr ExceptionMessage PiezoIDReused{162, "Piezo ID = %d reused."};
+    static constexpr ExceptionMessage SensorIDReused{163, "Sensor ID = %d reused."};
+    static constexpr ExceptionMessage DumpIDReused{164, "Dump ID = %d reused."};
+    static constexpr ExceptionMessage AppendNotSupportedMAT{165, "Append mode not allowed while creating MAT file."};
+    static constexpr ExceptionMessage ActuatorInputExpected{166, "'Definition' or 'Wave' expected."};
+    static constexpr ExceptionMessage ActuatorMethodExpected{167, "'Force' or 'Absolute' expected."};
+    static constexpr ExceptionMessage ActuatorTypeExpected{168,
+                                                           "'FullPulse', 'HalfPulse' or 'ContinuousWave' expected."};
+    static constexpr ExceptionMessage ActuatorWaveformExpected{169, "'Square', 'Sine' or 'Gaussian' expected."};
+    static constexpr ExceptionMessage ActuatorEnvelopeExpected{170, "'None' or 'HannWindow' expected."};
+    static constexpr ExceptionMessage ActuatorProcesngExpected{171, "'None' or 'Invert' expected."};
+    static constexpr ExceptionMessage FileWriteModeExpected{172, "'Create', 'Append' or 'Overwrite' expected."};
+    static constexpr ExceptionMessage FileNotationExpected{173, "'Decimal' or 'Scientific' expected."};
+    static constexpr ExceptionMessage FileFormatExpected{174, "'txt' or 'mat' expected."};
+    static constexpr ExceptionMessage CannotResolvePath{175, "Cannot resolve path to '%s' input file."};
+    static constexpr ExceptionMessage PiezoTableMissing{176, "Piezo #%d requires table #%d, but it is not defined."};
+    static constexpr ExceptionMessage TableMissing{177, "Table #%d is needed, but it is not defined."};
+    static constexpr ExceptionMessage UnknownKeyword{178, "Unknown keyword."};
+    static constexpr ExceptionMessage DiffSamplesCountInPiezo{179,
+                                                              "All piezo tables must contain the same samples count."};
+    static constexpr ExceptionMessage TemperatureValueExpected{180, "Numerical temperature value expected."};
+    static constexpr ExceptionMessage SetIDReused{181, "Set ID = %d reused."};
+    static constexpr ExceptionMessage DampingAlreadyDefined{182, "DAMPING section already defined."};
+    static constexpr ExceptionMessage DampingValueExpected{183, "Numerical damping coefficient value expected."};
+    /// @}
+
+    /// Results files.
+    /// @{
+    static constexpr ExceptionMessage ErrorOpeningResultsFile{200, "Unable to open '%s' results file."};
+    static constexpr ExceptionMessage ErrorReadingResultsFile{201, "Unable to read '%s' results file."};
+    static constexpr ExceptionMessage InvalidMATHeader{202, "Invalid MAT file header."};
+    static constexpr ExceptionMessage MatrixExpected{203, "Unable to read non-matrix objects from MatLab file."};
+    static constexpr ExceptionMessage UnsupportedMatrixFormat{204,
+                                                              "Unsupported matrix format (unknown flags settings)."};
+    static constexpr ExceptionMessage UnsupportedDataFormat{
+        205, "Unsupported data format (only doubles and 16-bit signed integers are supported)."};
+    static constexpr ExceptionMessage VarNameExpected{
+        206, "Unknown data format (variable name expected, other data found)."};
+    static constexpr ExceptionMessage VarNameTooLong{207, "Variable name too long."};
+    static constexpr ExceptionMessage InvalidDataBlockSize{208, "Invalid raw data block size for '%s' variable."};
+    static constexpr ExceptionMessage InvalidWholeBlockSize{209, "Invalid data block size for '%s' variable."};
+    static constexpr ExceptionMessage TooManyVariablesDefined{210, "Too many variables defined in the file."};
+    static constexpr ExceptionMessage DifferentRowCount{211, "Different rows count in indices and values matrices."};
+    /// @}
+
+    /// Queries of results.
+    /// @{
+    static constexpr ExceptionMessage InvalidRowNumber{300, "Invalid row number provided."};
+    static constexpr ExceptionMessage InvalidColNumber{301, "Invalid column number provided."};
+    static constexpr ExceptionMessage XOutOfRange{302, "X coordinate out of range."};
+    static constexpr ExceptionMessage YOutOfRange{303, "Y coordinate out of range."};
+    static constexpr ExceptionMessage ZOutOfRange{304, "Z coordinate out of range."};
+    static constexpr ExceptionMessage NoDataFound{305, "No data found for specified cube."};
+    /// @}
+
+    /// Results files, continued.
+    /// @{
+    static constexpr ExceptionMessage TooManyColumnsMat{306, "Too many columns defined in MatLab file."};
+    static constexpr ExceptionMessage TooManyColumnsTxt{307, "Too many columns provided (line %d)."};
+    static constexpr ExceptionMessage NotEnoughColumnsTxt{
+        308, "Not enough columns provided (%d columns missing in line %d)."};
+    /// @}
 };
 
 }  // namespace orvalo

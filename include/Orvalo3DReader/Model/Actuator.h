@@ -6,16 +6,51 @@ namespace orvalo {
 
 class Table;
 
+/// What drives an actuator.
+enum ActuatorInput : int {
+    ActuatorInputDefinition = 0,  ///< `definition`: a waveform, from which a table is generated.
+    ActuatorInputWave = 1,        ///< `wave`: a table of the file.
+};
+
+/// How the samples act; of piezo patches too.
+enum ActuatorMethod : int {
+    ActuatorMethodUnset = 0,     ///< Not given.
+    ActuatorMethodForce = 1,     ///< `force`.
+    ActuatorMethodAbsolute = 2,  ///< `absolute`.
+};
+
+/// How much of its shape a waveform shows.
+enum ActuatorType : int {
+    ActuatorTypeUnset = 0,           ///< Not given.
+    ActuatorTypeFullPulse = 1,       ///< `fullpulse`: one period.
+    ActuatorTypeHalfPulse = 2,       ///< `halfpulse`: half a period.
+    ActuatorTypeContinuousWave = 3,  ///< `continuouswave`: of a frequency of its own.
+};
+
+/// The shape of a waveform.
+enum ActuatorWaveform : int {
+    ActuatorWaveformUnset = 0,     ///< Not given.
+    ActuatorWaveformSquare = 1,    ///< `square`.
+    ActuatorWaveformSine = 2,      ///< `sine`.
+    ActuatorWaveformGaussian = 3,  ///< `gaussian`: a bell over the duration.
+};
+
+/// What a continuous wave is multiplied by.
+enum ActuatorEnvelope : int {
+    ActuatorEnvelopeNone = 0,        ///< `none`.
+    ActuatorEnvelopeHannWindow = 1,  ///< `hannwindow`, over the duration.
+};
+
 /// A source of excitation at one cube, driven by a table of samples or by a waveform.
 struct Actuator {
     /// The waveform from which a table is generated when the actuator names none.
     struct Definition {
-        /// 1 full pulse, 2 half pulse, 3 continuous wave; 0 when not given.
-        int type = 0;
-        /// 1 square, 2 sine, 3 gaussian; 0 when not given.
-        int waveform = 0;
-        /// 0 none, 1 Hann window.
-        int envelope = 0;
+        /// An ActuatorType.
+        int type = ActuatorTypeUnset;
+        /// An ActuatorWaveform.
+        int waveform = ActuatorWaveformUnset;
+        /// An ActuatorEnvelope.
+        int envelope = ActuatorEnvelopeNone;
         /// In kilohertz.
         double frequency = 0.0;
         /// In microseconds.
@@ -28,10 +63,10 @@ struct Actuator {
     SharedProperties shared;
     /// The start as a negated count of time steps.
     int start = 0;
-    /// 0 by definition (waveform), 1 by wave (table).
-    int input = 0;
-    /// 1 force, 2 absolute; 0 when not given.
-    int method = 0;
+    /// An ActuatorInput.
+    int input = ActuatorInputDefinition;
+    /// An ActuatorMethod.
+    int method = ActuatorMethodUnset;
     /// The waveform, where the actuator is given by definition.
     Definition definition;
     /// Factor for the samples.

@@ -25,7 +25,7 @@ struct Piezo {
     double amplitude = 1.0;
     /// The points of the patch.
     PiezoData data;
-    /// 1 force, 2 absolute; 0 when not given.
+    /// An ActuatorMethod.
     int method = 0;
     /// The tables defined inside the section, by ID.
     std::map<int, std::shared_ptr<Table>> tables;

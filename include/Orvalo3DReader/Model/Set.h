@@ -21,6 +21,11 @@ public:
     /// Shares the points.
     Set& operator=(const Set&) = default;
 
+    /// The first point, for going through them all.
+    const Point* begin() const { return points; }
+    /// Past the last point.
+    const Point* end() const { return points + count; }
+
     /// From the file; 0 for an empty set.
     int id = 0;
     /// Number of positions.

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include <Orvalo3DReader/Export.h>
+#include <Orvalo3DReader/Model/Samples.h>
 
 namespace orvalo {
 
@@ -22,6 +23,11 @@ public:
     /// Sample `index` as a double. Not range-checked.
     double Get(std::size_t index) const;
 
+    /// The samples, if they are doubles; otherwise none.
+    Samples<double> Doubles() const { return View<double>(doublePrecision); }
+    /// The samples, if they are floats; otherwise none.
+    Samples<float> Floats() const { return View<float>(!doublePrecision); }
+
     /// Positive from the file, negative when generated; -1 also for an empty table.
     int id = -1;
     /// Bytes per sample: 8 or 4; 0 until the samples are allocated.
@@ -35,6 +41,12 @@ public:
 
 private:
     friend class ModelAccess;
+
+    template <class Number>
+    Samples<Number> View(bool holdsThem) const {
+        return holdsThem && data != nullptr ? Samples<Number>(static_cast<const Number*>(data), count)
+                                            : Samples<Number>();
+    }
 
     /// Allocates `count` zeroed samples. Throws OutOfMemory.
     void Allocate(bool asDoubles);

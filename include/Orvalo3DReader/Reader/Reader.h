@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -8,12 +9,14 @@
 #include <Orvalo3DReader/Export.h>
 #include <Orvalo3DReader/Model/Model.h>
 #include <Orvalo3DReader/Reader/InputPlace.h>
+#include <Orvalo3DReader/Reader/ReadError.h>
 
 namespace orvalo {
 
 class ModelReader;
 
-/// Reads one model input file, with the files that it includes, into a Model. Use a new one for each file.
+/// Reads one model input file, with the files that it includes, into a Model. Use a new one for each file. ReadModel
+/// does the same in one call.
 class ORVALO3DREADER_EXPORT Reader {
 public:
     /// Opens nothing yet. With `cubesOnly` just the CUBES and DAMPING sections are read, cells keep the material
@@ -26,21 +29,27 @@ public:
     virtual ~Reader();
 
     /// Has the number of cubes read so far stored in `*counter` after every cube, for a caller that shows progress
-    /// from another thread: plain stores, no lock. `counter` stays the caller's and must outlive Execute; null turns
-    /// it off.
+    /// from another thread: relaxed atomic stores, no lock, so it must be loaded atomically there. `counter` stays the
+    /// caller's and must outlive Execute; null turns it off.
     void TraceCurrentCube(unsigned long long* counter);
 
+    /// How many threads may read: 1 by default, 0 for as many as the process may run. For now a read takes one,
+    /// whatever it is allowed.
+    void Threads(unsigned count);
+
+    /// Has Execute throw Stopped soon after `*flag` is set, as ReadOptions::stop says. `flag` stays the caller's and
+    /// must outlive Execute; null turns it off.
+    void StopOn(const std::atomic<bool>* flag);
+
     /// Reads the file into `*model`, which stays the caller's. Samples of tables are stored as doubles or, without
-    /// `doublePrecision`, as floats. Throws Exception at the first error, with the place in the input file put
-    /// before its message; the model is then partly filled and to be discarded.
+    /// `doublePrecision`, as floats. Throws ReadError at the first error, with the place in the input file put
+    /// before its message, and Stopped; the model is then partly filled and to be discarded.
     void Execute(Model* model, bool doublePrecision);
 
-    /// After Execute threw: the true place of the first byte of the token, or of the number in a bulk row, at which
-    /// reading stopped.
+    /// After Execute threw: ReadError::Place.
     const InputPlace& FailurePlace() const;
 
-    /// After Execute threw within the rows of a CUBES, DAMPING or SET section: the row at which reading stopped,
-    /// counted from 1. Otherwise 0.
+    /// After Execute threw: ReadError::Row.
     std::uint64_t FailureRow() const;
 
 private:

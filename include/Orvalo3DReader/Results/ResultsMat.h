@@ -8,6 +8,8 @@
 
 namespace orvalo {
 
+class StopFlag;
+
 /// Results read from a MATLAB 5.0 MAT-file. Made by ResultsReader. The queries throw as Results says.
 class ORVALO3DREADER_EXPORT ResultsMat : public Results {
 public:
@@ -43,8 +45,9 @@ private:
     /// Records the shape of the indices matrix and gives a zeroed buffer for it, column after column. Throws
     /// OutOfMemory.
     short* AllocateIndices(unsigned int columns, unsigned int rows);
-    /// Makes the queries by cube possible once both matrices are filled. Throws DifferentRowCount and OutOfMemory.
-    void Finalize();
+    /// Makes the queries by cube possible once both matrices are filled. Throws DifferentRowCount, OutOfMemory
+    /// and Stopped.
+    void Finalize(StopFlag stop);
 
     std::unique_ptr<Storage> storage_;
 };

@@ -9,6 +9,7 @@
 
 namespace orvalo {
 
+class StopFlag;
 struct TextLine;
 
 /// Results read from tab-separated text. Made by ResultsReader. The queries throw as Results says.
@@ -50,8 +51,8 @@ private:
     /// Appends a further line as a row. Throws TooManyColumnsTxt, NotEnoughColumnsTxt, ErrorReadingResultsFile and
     /// OutOfMemory.
     void ReadData(const TextLine& line);
-    /// Makes the queries by cube possible after the last line. Throws OutOfMemory.
-    void Finalize();
+    /// Makes the queries by cube possible after the last line. Throws OutOfMemory and Stopped.
+    void Finalize(StopFlag stop);
 
     std::unique_ptr<Storage> storage_;
 };

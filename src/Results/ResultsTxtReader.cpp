@@ -1,9 +1,10 @@
-#include "Reader/ResultsTxtReader.h"
+#include "Results/ResultsTxtReader.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
+#include "Common/Publish.h"
 #include "Common/Raise.h"
 #include "Results/TextLines.h"
 
@@ -18,10 +19,10 @@ constexpr std::size_t readSize = std::size_t{256} << 10U;
 
 void ResultsTxtReader::Execute(platform::InputFile& file, std::string_view alreadyRead) {
     const auto fileSize = static_cast<float>(file.Size().value_or(0));
-    TextLines lines(file, alreadyRead, readSize);
+    TextLines lines(file, alreadyRead, readSize, stop_);
     std::uint64_t bytes = 0;
     bool header = true;
-    if (progress_ != nullptr) *progress_ = 0;
+    Publish(progress_, 0.0F);
     for (TextLine line; lines.Next(line);) {
         bytes += line.Length() + 1;
         if (header) {
@@ -31,12 +32,12 @@ void ResultsTxtReader::Execute(platform::InputFile& file, std::string_view alrea
         }
         header = false;
         // A file of unknown size counts as read with the first line.
-        if (progress_ != nullptr) *progress_ = std::min(static_cast<float>(bytes) / fileSize * 100.0F, 100.0F);
+        if (progress_ != nullptr) Publish(progress_, std::min(static_cast<float>(bytes) / fileSize * 100.0F, 100.0F));
     }
     if (lines.Failed()) {
         ORVALO_RAISE(ResultsReader, ReaderMessages::ErrorReadingResultsFile, Quoted(results_.FileName()).c_str());
     }
-    results_.Finalize();
+    results_.Finalize(stop_);
 }
 
 }  // namespace orvalo

@@ -7,6 +7,7 @@
 #include <Orvalo3DReader/Results/ResultsMat.h>
 
 #include "Common/Platform.h"
+#include "Common/StopFlag.h"
 #include "Results/MatLayout.h"
 
 namespace orvalo {
@@ -16,8 +17,9 @@ namespace orvalo {
 class ResultsMatReader {
 public:
     /// `bytesLeft` is what the open file holds from its current place on.
-    ResultsMatReader(ResultsMat& results, platform::InputFile& file, std::uint64_t bytesLeft, float* progress)
-        : results_(results), file_(file), bytesLeft_(bytesLeft), progress_(progress) {}
+    ResultsMatReader(ResultsMat& results, platform::InputFile& file, std::uint64_t bytesLeft, float* progress,
+                     StopFlag stop)
+        : results_(results), file_(file), bytesLeft_(bytesLeft), progress_(progress), stop_(stop) {}
 
     void Execute();
 
@@ -44,13 +46,14 @@ private:
     void ReadExactly(void* buffer, std::size_t size);
     std::uint32_t ReadWord();
     void RequireLeft(std::uint64_t size) const;
-    void Publish() const;
+    void PublishProgress() const;
     [[noreturn]] void RaiseUnreadable() const;
 
     ResultsMat& results_;
     platform::InputFile& file_;
     std::uint64_t bytesLeft_;
     float* progress_;
+    StopFlag stop_;
     float valuesShare_ = 0;
     float indicesShare_ = 0;
 };

@@ -4,6 +4,7 @@
 
 #include <Orvalo3DReader/Common/ReaderMessages.h>
 
+#include "Common/Raise.h"
 #include "Results/CellLookup.h"
 
 namespace orvalo {
@@ -37,5 +38,27 @@ struct QueryRules {
     unsigned int indexColumns = 0;
     CellLookup lookup;
 };
+
+/// The value at a row or a cube; raises what Find finds wrong as `sourceModule`. A storage gives the rules and
+/// Value(col, row).
+template <class Storage, class... Place>
+double CheckedValue(const Storage& storage, const char* sourceModule, unsigned int col, Place... place) {
+    const FoundRow found = storage.Find(col, place...);
+    if (found.failure != nullptr) Raise(sourceModule, __LINE__, *found.failure);
+    return storage.Value(col, found.row);
+}
+
+/// The value at a row or a cube, or `def` where CheckedValue raises an error.
+template <class Storage, class... Place>
+double ValueOr(double def, const Storage& storage, unsigned int col, Place... place) {
+    const FoundRow found = storage.Find(col, place...);
+    return found.failure != nullptr ? def : storage.Value(col, found.row);
+}
+
+/// The value at a cube for which CheckedValue raises no error.
+template <class Storage>
+double UncheckedValue(const Storage& storage, unsigned int col, int x, int y, int z) {
+    return storage.Value(col, storage.lookup.RowFromOne(x, y, z) - 1);
+}
 
 }  // namespace orvalo

@@ -1,10 +1,11 @@
-#include "Reader/ResultsMatReader.h"
+#include "Results/ResultsMatReader.h"
 
 #include <algorithm>
 #include <bit>
 #include <optional>
 #include <string>
 
+#include "Common/Publish.h"
 #include "Common/Raise.h"
 #include "Results/MatLayout.h"
 
@@ -19,7 +20,7 @@ using namespace mat;
 }  // namespace
 
 void ResultsMatReader::Execute() {
-    if (progress_ != nullptr) *progress_ = 0;
+    Publish(progress_, 0.0F);
     for (Element element; ReadHead(element);) {
         ReadName(element);
         ReadDataTag(element);
@@ -29,7 +30,7 @@ void ResultsMatReader::Execute() {
             ReadIndices(element);
         }
     }
-    results_.Finalize();
+    results_.Finalize(stop_);
 }
 
 /// False at the end of the file.
@@ -89,7 +90,7 @@ void ResultsMatReader::ReadValues(const Element& element) {
     for (std::uint32_t column = 0; column < element.columns; ++column) {
         ReadExactly(results_.AllocateValues(column), element.dataSize / element.columns);
         valuesShare_ += 80.0F / static_cast<float>(element.columns);
-        Publish();
+        PublishProgress();
     }
 }
 
@@ -99,15 +100,24 @@ void ResultsMatReader::ReadIndices(const Element& element) {
     RequireLeft(element.dataSize);
     ReadExactly(results_.AllocateIndices(element.columns, element.rows), element.dataSize);
     indicesShare_ = 20;
-    Publish();
+    PublishProgress();
 }
 
 /// How many bytes were read: fewer than asked for at the end of the file.
 std::size_t ResultsMatReader::Read(void* buffer, std::size_t size) {
-    const std::optional<std::size_t> got = file_.Read(buffer, size);
-    if (!got) RaiseUnreadable();
-    bytesLeft_ -= std::min<std::uint64_t>(bytesLeft_, *got);
-    return *got;
+    // A column may be gigabytes.
+    constexpr std::size_t piece = std::size_t{1} << 20U;
+    auto* const bytes = static_cast<unsigned char*>(buffer);
+    std::size_t filled = 0;
+    for (std::size_t asked = 1, got = 1; filled < size && got == asked; filled += got) {
+        stop_.Check();
+        asked = std::min(piece, size - filled);
+        const std::optional<std::size_t> read = file_.Read(bytes + filled, asked);
+        if (!read) RaiseUnreadable();
+        got = *read;
+    }
+    bytesLeft_ -= std::min<std::uint64_t>(bytesLeft_, filled);
+    return filled;
 }
 
 void ResultsMatReader::ReadExactly(void* buffer, std::size_t size) {
@@ -125,8 +135,8 @@ void ResultsMatReader::RequireLeft(std::uint64_t size) const {
     if (size > bytesLeft_) RaiseUnreadable();
 }
 
-void ResultsMatReader::Publish() const {
-    if (progress_ != nullptr) *progress_ = std::min(valuesShare_ + indicesShare_, 100.0F);
+void ResultsMatReader::PublishProgress() const {
+    Publish(progress_, std::min(valuesShare_ + indicesShare_, 100.0F));
 }
 
 void ResultsMatReader::RaiseUnreadable() const {

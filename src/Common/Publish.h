@@ -1,0 +1,16 @@
+#pragma once
+
+#include <atomic>
+#include <type_traits>
+
+namespace orvalo {
+
+/// Stores the progress of a read where the caller may be watching it from another thread, unless `watched` is null. A
+/// relaxed atomic store: the watcher sees whole values, and the compiler does not gather many stores into one at the
+/// end, but nothing else that the reading thread wrote comes with them.
+template <class T>
+void Publish(T* watched, std::type_identity_t<T> value) {
+    if (watched != nullptr) std::atomic_ref(*watched).store(value, std::memory_order_relaxed);
+}
+
+}  // namespace orvalo

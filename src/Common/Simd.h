@@ -1,0 +1,157 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <limits>
+
+#include "Common/Bytes.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+/// The few functions that pay for vector instructions, each with a scalar twin that gives the same for every input.
+/// Callers take those of `simd`: the vector instructions that every processor of the target has, or the scalar twins
+/// where there are none or the build leaves them out.
+namespace orvalo {
+
+namespace scalar {
+
+/// Which of the 64 bytes at `p` are not digits; the lowest bit is the first byte.
+inline std::uint64_t NonDigitMask(const char* p) {
+    std::uint64_t mask = 0;
+    for (unsigned int i = 0; i < 64; i += 8) {
+        // Unlike NonDigits exact for every byte: without the top bits nothing is carried into the next one.
+        const std::uint64_t x = LoadEight(p + i) ^ EightTimes('0');
+        const std::uint64_t others = (((x & EightTimes(0x7F)) + EightTimes(0x76)) | x) & EightTimes(0x80);
+        // The product gathers the lowest bit of every byte in the highest byte.
+        mask |= ((others >> 7U) * 0x0102040810204080U >> 56U) << i;
+    }
+    return mask;
+}
+
+/// Which of the 64 bytes at `p` are `byte`.
+inline std::uint64_t ByteMask(const char* p, char byte) {
+    std::uint64_t mask = 0;
+    for (unsigned int i = 0; i < 64; ++i) mask |= std::uint64_t{p[i] == byte} << i;
+    return mask;
+}
+
+/// Converts four numbers of up to four digits at once. Each of `words` holds the four bytes up to the end of a number,
+/// each of `digits` the bits of them that count: the low four of every digit. The result has 16 bits for each number,
+/// the first one lowest.
+inline std::uint64_t FourNumbers(const std::array<std::uint32_t, 4>& words,
+                                 const std::array<std::uint32_t, 4>& digits) {
+    std::uint64_t numbers = 0;
+    for (unsigned int i = 0; i < 4; ++i) {
+        // Digits to pairs, pairs to numbers.
+        std::uint32_t v = words[i] & digits[i];
+        v = (v * 10 + (v >> 8U)) & 0x00FF00FFU;
+        numbers |= std::uint64_t{static_cast<std::uint16_t>(v * 100 + (v >> 16U))} << (16 * i);
+    }
+    return numbers;
+}
+
+/// The least and the greatest of each of four signed 16-bit numbers that are packed into words.
+class Extremes {
+public:
+    void Add(std::uint64_t packed) {
+        for (unsigned int i = 0; i < 4; ++i) {
+            const auto number = static_cast<std::int16_t>(static_cast<std::uint16_t>(packed >> (16 * i)));
+            least_[i] = std::min(least_[i], number);
+            greatest_[i] = std::max(greatest_[i], number);
+        }
+    }
+
+    /// Of no words 32767.
+    std::array<std::int16_t, 4> Least() const { return least_; }
+    /// Of no words -32768.
+    std::array<std::int16_t, 4> Greatest() const { return greatest_; }
+
+private:
+    static constexpr std::int16_t min = std::numeric_limits<std::int16_t>::min();
+    static constexpr std::int16_t max = std::numeric_limits<std::int16_t>::max();
+
+    std::array<std::int16_t, 4> least_ = {max, max, max, max};
+    std::array<std::int16_t, 4> greatest_ = {min, min, min, min};
+};
+
+}  // namespace scalar
+
+#if defined(__SSE2__)
+
+namespace sse2 {
+
+/// As scalar::NonDigitMask.
+inline std::uint64_t NonDigitMask(const char* p) {
+    std::uint64_t mask = 0;
+    // Moved so that the digits become the ten lowest signed bytes.
+    const __m128i offset = _mm_set1_epi8(static_cast<char>('0' + 128));
+    const __m128i nine = _mm_set1_epi8(-128 + 9);
+    for (unsigned int i = 0; i < 64; i += 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + i));
+        const __m128i others = _mm_cmpgt_epi8(_mm_sub_epi8(bytes, offset), nine);
+        mask |= std::uint64_t{static_cast<std::uint32_t>(_mm_movemask_epi8(others))} << i;
+    }
+    return mask;
+}
+
+/// As scalar::ByteMask.
+inline std::uint64_t ByteMask(const char* p, char byte) {
+    std::uint64_t mask = 0;
+    const __m128i wanted = _mm_set1_epi8(byte);
+    for (unsigned int i = 0; i < 64; i += 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + i));
+        mask |= std::uint64_t{static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, wanted)))} << i;
+    }
+    return mask;
+}
+
+/// As scalar::FourNumbers.
+inline std::uint64_t FourNumbers(const std::array<std::uint32_t, 4>& words,
+                                 const std::array<std::uint32_t, 4>& digits) {
+    const __m128i mask = _mm_loadu_si128(reinterpret_cast<const __m128i*>(digits.data()));
+    const __m128i bytes = _mm_and_si128(_mm_set_epi32(static_cast<int>(words[3]), static_cast<int>(words[2]),
+                                                      static_cast<int>(words[1]), static_cast<int>(words[0])),
+                                        mask);
+    const __m128i tens = _mm_mullo_epi16(bytes, _mm_set1_epi16(10));
+    const __m128i pairs = _mm_and_si128(_mm_add_epi16(tens, _mm_srli_epi16(bytes, 8)), _mm_set1_epi16(0xFF));
+    const __m128i values = _mm_madd_epi16(pairs, _mm_set1_epi32(1 << 16 | 100));
+    return static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_packs_epi32(values, values)));
+}
+
+/// As scalar::Extremes.
+class Extremes {
+public:
+    void Add(std::uint64_t packed) {
+        const __m128i numbers = _mm_cvtsi64_si128(static_cast<long long>(packed));
+        least_ = _mm_min_epi16(least_, numbers);
+        greatest_ = _mm_max_epi16(greatest_, numbers);
+    }
+
+    std::array<std::int16_t, 4> Least() const { return Stored(least_); }
+    std::array<std::int16_t, 4> Greatest() const { return Stored(greatest_); }
+
+private:
+    static std::array<std::int16_t, 4> Stored(__m128i numbers) {
+        std::array<std::int16_t, 4> stored;
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(stored.data()), numbers);
+        return stored;
+    }
+
+    __m128i least_ = _mm_set1_epi16(0x7FFF);
+    __m128i greatest_ = _mm_set1_epi16(-0x8000);
+};
+
+}  // namespace sse2
+
+#endif
+
+#if defined(__SSE2__) && !defined(ORVALO_SCALAR)
+namespace simd = sse2;
+#else
+namespace simd = scalar;
+#endif
+
+}  // namespace orvalo

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+
+#include <Orvalo3DReader/Common/Stopped.h>
+
+namespace orvalo {
+
+/// The caller's flag that ends a read, or none. Whatever may take long looks at it every few milliseconds: where a file
+/// is read on, at keywords, and in pieces of what is computed thereafter.
+class StopFlag {
+public:
+    StopFlag() = default;
+    explicit StopFlag(const std::atomic<bool>* flag) : flag_(flag) {}
+
+    /// Throws Stopped once the flag is set.
+    void Check() const {
+        if (flag_ != nullptr && flag_->load(std::memory_order_relaxed)) throw Stopped();
+    }
+
+    /// Calls `work(begin, end)` for the pieces, of at most `piece`, of [0, count), and looks at the flag before each.
+    template <class Work>
+    void CheckEach(std::size_t piece, std::size_t count, const Work& work) const {
+        for (std::size_t begin = 0; begin < count; begin += piece) {
+            Check();
+            work(begin, begin + std::min(piece, count - begin));
+        }
+    }
+
+private:
+    const std::atomic<bool>* flag_ = nullptr;
+};
+
+}  // namespace orvalo
