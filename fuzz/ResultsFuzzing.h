@@ -6,10 +6,12 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <Orvalo3DReader/Check/CheckResults.h>
 #include <Orvalo3DReader/Reader/ResultsReader.h>
 
 #include "Catalogue.h"
@@ -96,19 +98,43 @@ inline void CheckError(const Exception& error) {
     Check(IsCatalogueText(error.code(), error.what()), "the text is the catalogue's");
 }
 
+/// The first error that the check finds is the one that was thrown, if one was, and every place is one of the file.
+inline void CheckFindings(const std::string& path, std::size_t size, int code, const std::string& what) {
+    const auto inFile = [&](const InputPlace& place, std::uint64_t length) {
+        Check(place.offset + length <= size, "what is told is about bytes of the file");
+    };
+    const Diagnostic* first = nullptr;
+    const std::vector<Diagnostic> diagnostics = CheckResults(path);
+    for (const Diagnostic& diagnostic : diagnostics) {
+        if (first == nullptr && diagnostic.severity == Severity::Error) first = &diagnostic;
+        inFile(diagnostic.place, diagnostic.length);
+        for (const Note& note : diagnostic.notes) inFile(note.place, note.length);
+        for (const Fix& fix : diagnostic.fixes) inFile(fix.place, fix.length);
+    }
+    Check((first == nullptr) == (code == 0), "there is an error if one was thrown");
+    if (first == nullptr) return;
+    Check(first->code == code && first->message == what, "the first error is the one that was thrown");
+    Check(!first->notes.empty(), "the first error is explained");
+}
+
 inline void Run(const std::uint8_t* data, std::size_t size) {
     const MemoryFile file(data, size);
     float progress = 0;
     ResultsReader reader(file.Path());
     reader.TraceProgress(&progress);
     std::unique_ptr<Results> results;
+    int code = 0;
+    std::string what;
     try {
         results.reset(reader.Execute());
     } catch (const Exception& error) {
         CheckError(error);
+        code = error.code();
+        what = error.what();
     }
     Check(progress >= 0 && progress <= 100, "progress is a percentage");
     if (results) Query(*results);
+    CheckFindings(file.Path(), size, code, what);
 }
 
 }  // namespace orvalo::fuzz

@@ -4,6 +4,7 @@
 
 #include <Orvalo3DReader/Check/CheckModel.h>
 #include <Orvalo3DReader/Check/CheckOptions.h>
+#include <Orvalo3DReader/Check/CheckResults.h>
 #include <Orvalo3DReader/Check/Diagnostic.h>
 #include <Orvalo3DReader/Check/Rules.h>
 #include <Orvalo3DReader/Common/Exception.h>

@@ -28,7 +28,8 @@ std::string DirectoryOf(const std::string& path) {
     return separator == 0 ? "/" : path.substr(0, separator);
 }
 
-/// Tells of the file in the directory that was most likely meant.
+}  // namespace
+
 void TellSimilar(Diagnostic& diagnostic, const std::string& path, bool included) {
     const std::string name = NameOf(path);
     std::string nearest;
@@ -49,8 +50,6 @@ void TellSimilar(Diagnostic& diagnostic, const std::string& path, bool included)
     AddNote(diagnostic, "Did you mean '" + nearest + "'?");
     if (included && Folded(nearest) == nearest) AddFix(diagnostic, '"' + nearest + '"');
 }
-
-}  // namespace
 
 void ExplainFile(Diagnostic& diagnostic, ErrorCollector& errors) {
     if (errors.record.files.empty()) return;

@@ -103,6 +103,8 @@ std::string Joined(const std::vector<std::string_view>& words);
 std::string Counted(std::uint64_t count, const char* what);
 /// Whether what stands in the file could be a name without its quotes: then makes it the subject and quotes it.
 bool QuoteName(Diagnostic& diagnostic, ErrorCollector& errors);
+/// Tells of the file in the directory of the path that was most likely meant; `included` where a model names it.
+void TellSimilar(Diagnostic& diagnostic, const std::string& path, bool included);
 /// Moves a place along its line.
 InputPlace Moved(InputPlace place, std::size_t bytes);
 

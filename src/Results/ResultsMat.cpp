@@ -6,15 +6,12 @@
 
 #include "Common/Buffers.h"
 #include "Common/Raise.h"
+#include "Results/MatLayout.h"
 #include "Results/Queries.h"
 
 namespace orvalo {
 
-namespace {
-
-constexpr std::size_t maxValueColumns = 9;
-
-}  // namespace
+using mat::maxValueColumns;
 
 struct ResultsMat::Storage : QueryRules {
     double Value(unsigned int col, std::uint32_t row) const { return values[col][row]; }

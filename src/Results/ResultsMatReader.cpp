@@ -7,6 +7,7 @@
 
 #include "Common/Publish.h"
 #include "Common/Raise.h"
+#include "Results/MatLayout.h"
 
 namespace orvalo {
 
@@ -14,33 +15,7 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little && sizeof(double) == 8 && sizeof(short) == 2);
 
-constexpr std::uint32_t miInt8 = 1;
-constexpr std::uint32_t miInt16 = 3;
-constexpr std::uint32_t miInt32 = 5;
-constexpr std::uint32_t miUint32 = 6;
-constexpr std::uint32_t miDouble = 9;
-constexpr std::uint32_t miMatrix = 14;
-/// The class double with no flag set.
-constexpr std::uint32_t doubleArray = 6;
-
-/// The first words of an element, in which the six behind type and byte count are fixed.
-struct Head {
-    std::uint32_t type;
-    std::uint32_t byteCount;
-    std::array<std::uint32_t, 6> fixed;
-    std::uint32_t rows;
-    std::uint32_t columns;
-};
-static_assert(sizeof(Head) == 40);
-/// The tag and words of the array flags, and the tag of two dimensions.
-constexpr std::array<std::uint32_t, 6> accepted = {miUint32, 8, doubleArray, 0, miInt32, 8};
-
-/// What an element holds besides its name and data, its own tag not counted.
-constexpr std::uint64_t fixedSize = sizeof(Head);
-
-std::uint64_t ElementSize(std::uint32_t dataType) {
-    return dataType == miDouble ? sizeof(double) : sizeof(short);
-}
+using namespace mat;
 
 }  // namespace
 
@@ -72,7 +47,6 @@ bool ResultsMatReader::ReadHead(Element& element) {
     return true;
 }
 
-/// A name is padded to a multiple of four bytes, where the format pads to eight.
 void ResultsMatReader::ReadName(Element& element) {
     const std::uint32_t tag = ReadWord();
     std::uint32_t length = tag >> 16U;
@@ -81,7 +55,7 @@ void ResultsMatReader::ReadName(Element& element) {
     if (tag == miInt8) {
         length = ReadWord();
         if (length >= nameCapacity) ORVALO_RAISE(ResultsReader, ReaderMessages::VarNameTooLong);
-        stored = (length + 3U) & ~3U;
+        stored = StoredNameSize(length);
         tagSize = 8;
     } else if ((tag & 0xFFFFU) != miInt8) {
         ORVALO_RAISE(ResultsReader, ReaderMessages::VarNameExpected);
@@ -122,7 +96,7 @@ void ResultsMatReader::ReadValues(const Element& element) {
 
 void ResultsMatReader::ReadIndices(const Element& element) {
     if (results_.IndicesDefined()) ORVALO_RAISE(ResultsReader, ReaderMessages::TooManyVariablesDefined);
-    if (element.columns < 3) ORVALO_RAISE(ResultsReader, ReaderMessages::UnsupportedMatrixFormat);
+    if (element.columns < leastIndexColumns) ORVALO_RAISE(ResultsReader, ReaderMessages::UnsupportedMatrixFormat);
     RequireLeft(element.dataSize);
     ReadExactly(results_.AllocateIndices(element.columns, element.rows), element.dataSize);
     indicesShare_ = 20;

@@ -8,6 +8,7 @@
 
 #include "Common/Platform.h"
 #include "Common/StopFlag.h"
+#include "Results/MatLayout.h"
 
 namespace orvalo {
 
@@ -23,8 +24,6 @@ public:
     void Execute();
 
 private:
-    static constexpr std::size_t nameCapacity = 4096;
-
     /// What stands in an element before its data.
     struct Element {
         std::uint32_t byteCount;
@@ -34,7 +33,7 @@ private:
         std::uint32_t dataSize;
         /// In the element, with its tag.
         std::uint32_t nameSize;
-        std::array<char, nameCapacity> name;
+        std::array<char, mat::nameCapacity> name;
     };
 
     bool ReadHead(Element& element);

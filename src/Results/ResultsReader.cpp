@@ -16,21 +16,13 @@
 #include "Common/Raise.h"
 #include "Common/StopFlag.h"
 #include "Common/WithinMemory.h"
+#include "Results/MatLayout.h"
 #include "Results/ResultsMatReader.h"
 #include "Results/ResultsTxtReader.h"
 
 namespace orvalo {
 
 namespace {
-
-constexpr std::size_t matHeaderSize = 128;
-constexpr std::string_view matText = "MATLAB 5.0 MAT-file";
-/// Version 1.0 and the mark of a file written little-endian.
-constexpr std::string_view matVersion("\0\1IM", 4);
-
-bool IsMat(std::string_view header) {
-    return header.size() == matHeaderSize && header.starts_with(matText);
-}
 
 /// What a reader keeps after its path, so that its size stays what programs were compiled for.
 struct Requests {
@@ -63,7 +55,7 @@ std::unique_ptr<Results> ReadMat(const std::string& path, platform::InputFile& f
     auto results = std::make_unique<ResultsMat>(path);
     // A file that cannot tell its size, such as a pipe, is not trusted to hold any data.
     const std::uint64_t size = file.Size().value_or(0);
-    const std::uint64_t left = size > matHeaderSize ? size - matHeaderSize : 0;
+    const std::uint64_t left = size > mat::headerSize ? size - mat::headerSize : 0;
     ResultsMatReader(*results, file, left, progress, stop).Execute();
     return results;
 }
@@ -83,12 +75,12 @@ std::unique_ptr<Results> ReadFile(const std::string& path, float* progress, Stop
     if (!file.Open(path)) {
         ORVALO_RAISE(ResultsReader, ReaderMessages::ErrorOpeningResultsFile, Quoted(path).c_str());
     }
-    std::array<char, matHeaderSize> buffer;
+    std::array<char, mat::headerSize> buffer;
     const auto got = file.Read(buffer.data(), buffer.size());
     if (!got) ORVALO_RAISE(ResultsReader, ReaderMessages::ErrorReadingResultsFile, Quoted(path).c_str());
     const std::string_view header(buffer.data(), *got);
-    if (!IsMat(header)) return ReadTxt(path, file, header, progress, stop);
-    if (!header.ends_with(matVersion)) ORVALO_RAISE(ResultsReader, ReaderMessages::InvalidMATHeader);
+    if (!mat::IsMat(header)) return ReadTxt(path, file, header, progress, stop);
+    if (!header.ends_with(mat::version)) ORVALO_RAISE(ResultsReader, ReaderMessages::InvalidMATHeader);
     return ReadMat(path, file, progress, stop);
 }
 

@@ -1,65 +1,18 @@
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 
 #include <Orvalo3DReader/Results/ResultsTxt.h>
 
-#include "Common/Bytes.h"
-#include "Common/ParseNumber.h"
 #include "Common/Raise.h"
 #include "Results/Queries.h"
 #include "Results/RowBlocks.h"
 #include "Results/TextLines.h"
+#include "Results/TextRow.h"
 
 namespace orvalo {
-
-namespace {
-
-constexpr std::array<std::string_view, 4> indexNames = {"x", "y", "z", "f"};
-
-std::vector<std::string> SplitAtTabs(std::string_view text) {
-    std::vector<std::string> names;
-    for (;;) {
-        const std::size_t tab = text.find('\t');
-        names.emplace_back(text.substr(0, tab));
-        if (tab == std::string_view::npos) return names;
-        text.remove_prefix(tab + 1);
-    }
-}
-
-bool BeginsWithIndexColumns(const std::vector<std::string>& names) {
-    return names.size() >= indexNames.size() && std::equal(indexNames.begin(), indexNames.end(), names.begin());
-}
-
-/// Reads a run of digits, none included, as a 16-bit number that wraps.
-const char* ReadIndex(const char* p, short& index) {
-    unsigned int value = 0;
-    for (; IsDigit(*p); ++p) value = value * 10 + static_cast<unsigned int>(*p - '0');
-    index = static_cast<short>(static_cast<std::uint16_t>(value));
-    return p;
-}
-
-const char* SkipTabs(const char* p) {
-    while (*p == '\t') ++p;
-    return p;
-}
-
-/// Reads the values of a line from `p` on into the places from `value` to `behind`, which becomes the one behind the
-/// last value read. Stops before the end of the line when all places are taken, and where there is no number: no later
-/// column gets on there either.
-const char* ReadValues(const char* p, const char* end, double* value, const double*& behind) {
-    const char* start;
-    do {
-        start = p;
-        p = SkipTabs(ParseNumber(p, end, *value++));
-    } while (p != end && p != start && value != behind);
-    behind = value;
-    return p;
-}
-
-}  // namespace
 
 struct ResultsTxt::Storage : QueryRules {
     double Value(unsigned int col, std::uint32_t row) const { return values.At(col, row); }
@@ -82,9 +35,10 @@ void ResultsTxt::ReadHeader(const TextLine& line) {
     Storage& s = *storage_;
     s.line = 1;
     if (!line.newline) ORVALO_RAISE(ResultsTxt, ReaderMessages::ErrorReadingResultsFile, Quoted(FileName()).c_str());
-    s.names = SplitAtTabs({line.begin, static_cast<std::size_t>(line.end - line.begin)});
-    s.indexColumns = BeginsWithIndexColumns(s.names) ? static_cast<unsigned int>(indexNames.size()) : 0;
-    s.valueColumns = static_cast<unsigned int>(s.names.size()) - s.indexColumns;
+    TextColumns columns = NamedColumns({line.begin, static_cast<std::size_t>(line.end - line.begin)});
+    s.names = std::move(columns.names);
+    s.indexColumns = columns.indices;
+    s.valueColumns = columns.values;
     if (s.valueColumns == 0)
         ORVALO_RAISE(ResultsTxt, ReaderMessages::ErrorReadingResultsFile, Quoted(FileName()).c_str());
     s.indices.SetColumns(s.indexColumns);
@@ -93,30 +47,15 @@ void ResultsTxt::ReadHeader(const TextLine& line) {
 
 void ResultsTxt::ReadData(const TextLine& line) {
     Storage& s = *storage_;
-    const unsigned int columns = s.indexColumns + s.valueColumns;
     const auto lineNumber = static_cast<int>(++s.line);
-    const char* p = line.begin;
-    unsigned int count = 0;
-    // A token that is no number takes up a column and no character, so that the next column begins at the same place.
-    // A newline on its own is such a token.
-    bool more = line.Length() > 0;
-    for (short* index = s.indices.NextRow(); more && count < s.indexColumns; ++count) {
-        p = ReadIndex(p, *index++);
-        if (p == line.end && !line.newline) {
-            ORVALO_RAISE(ResultsTxt, ReaderMessages::ErrorReadingResultsFile, Quoted(FileName()).c_str());
-        }
-        p = SkipTabs(p);
-        more = p != line.end;
+    const TextRow row = ReadTextRow(line, s.indices.NextRow(), s.indexColumns, s.values.NextRow(), s.valueColumns);
+    if (row.end == RowEnd::Unended) {
+        ORVALO_RAISE(ResultsTxt, ReaderMessages::ErrorReadingResultsFile, Quoted(FileName()).c_str());
     }
-    if (more) {
-        double* const values = s.values.NextRow();
-        const double* behind = values + s.valueColumns;
-        p = ReadValues(p, line.end, values, behind);
-        if (p != line.end) ORVALO_RAISE(ResultsTxt, ReaderMessages::TooManyColumnsTxt, lineNumber);
-        count += static_cast<unsigned int>(behind - values);
-    }
-    if (count < columns) {
-        ORVALO_RAISE(ResultsTxt, ReaderMessages::NotEnoughColumnsTxt, static_cast<int>(columns - count), lineNumber);
+    if (row.end == RowEnd::TooMany) ORVALO_RAISE(ResultsTxt, ReaderMessages::TooManyColumnsTxt, lineNumber);
+    if (row.end == RowEnd::TooFew) {
+        const unsigned int missing = s.indexColumns + s.valueColumns - row.columns;
+        ORVALO_RAISE(ResultsTxt, ReaderMessages::NotEnoughColumnsTxt, static_cast<int>(missing), lineNumber);
     }
     if (!s.indices.AppendRow() || !s.values.AppendRow()) ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
     ++s.rowCount;

@@ -26,6 +26,9 @@ public:
         rowWithoutBlock_.resize(columns);
     }
 
+    /// How many rows AppendRow takes.
+    std::size_t RowLimit() const { return rowLimit_; }
+
     /// Where to write the next row. It counts once it is appended.
     T* NextRow() { return NeedsBlock() ? rowWithoutBlock_.data() : next_; }
 

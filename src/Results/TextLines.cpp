@@ -80,6 +80,11 @@ TextLine TextLines::Take(char* end, char* next, bool newline) {
         replacedByte_ = *end;
         *end = '\0';
     }
+    const auto taken = static_cast<std::uint64_t>(next - begin_);
+    place_ = nextPlace_;
+    nextPlace_.offset += taken;
+    nextPlace_.line += newline ? 1 : 0;
+    nextPlace_.column = newline ? 1 : nextPlace_.column + taken;
     begin_ = next;
     searched_ = std::max(searched_, next);
     return line;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -22,6 +23,13 @@ struct TextLine {
     std::size_t Length() const { return static_cast<std::size_t>(end - begin) + (newline ? 1 : 0); }
 };
 
+/// Where a line, or the piece of a longer one, begins: see InputPlace.
+struct TextPlace {
+    std::uint64_t offset = 0;
+    std::uint64_t line = 1;
+    std::uint64_t column = 1;
+};
+
 /// Hands out a text file line by line, in place. It does as C's fgets with a buffer of 65,536 bytes on a stream that
 /// drops a carriage return directly before a line feed: of a longer line every 65,535 characters are a line, and a
 /// NUL hides the rest of its line.
@@ -33,6 +41,10 @@ public:
 
     /// False at the end of the file and after a read error. The line is valid until the next call. Throws Stopped.
     bool Next(TextLine& line);
+
+    /// Where the line last handed out begins, and where the next one will.
+    const TextPlace& Place() const { return place_; }
+    const TextPlace& NextPlace() const { return nextPlace_; }
 
     /// Whether Next has met a read error.
     bool Failed() const { return failed_; }
@@ -58,6 +70,8 @@ private:
     // The byte that a terminator replaces for as long as a piece of a line is handed out.
     char* replaced_ = nullptr;
     char replacedByte_ = 0;
+    TextPlace place_;
+    TextPlace nextPlace_;
     bool ended_ = false;
     bool failed_ = false;
 };
