@@ -121,6 +121,7 @@ std::vector<Diagnostic> Check(const std::string& path, const CheckOptions& optio
         ReadOptions reading;
         reading.threads = options.threads;
         reading.stop = options.stop;
+        reading.percentRead = options.percentRead;
         const std::unique_ptr<Results> results = ReadResults(path, reading);
         ResultsFindings findings(path, options);
         if (options.warnings) Warn(findings, *results);

@@ -43,7 +43,6 @@ struct CheckArguments {
     ColourMode colour = ColourMode::automatic;
     CheckSettings settings;
     bool noWarnings = false;
-    bool recursive = false;
     bool watch = false;
 };
 
@@ -64,7 +63,7 @@ std::vector<std::string> ModelsBelow(const std::string& directory) {
 }
 
 std::vector<std::string> Expand(const CheckArguments& arguments) {
-    if (!arguments.recursive) return arguments.names;
+    if (!arguments.settings.recursive) return arguments.names;
     std::vector<std::string> expanded;
     for (const std::string& name : arguments.names) {
         std::error_code unknown;
@@ -124,14 +123,7 @@ ExitStatus CheckOnce(const CheckArguments& arguments) {
 
 /// Checks for as long as the user lets it.
 [[noreturn]] void CheckForever(const CheckArguments& arguments) {
-    Watch watch([&] {
-        std::vector<std::string> watched;
-        for (const std::string& name : Expand(arguments)) {
-            const std::vector<std::string> files = WithIncludedFiles(name);
-            watched.insert(watched.end(), files.begin(), files.end());
-        }
-        return watched;
-    });
+    Watch watch([&] { return Expand(arguments); }, [](const std::string& path) { return WithIncludedFiles(path); });
     while (true) {
         CheckOnce(arguments);
         std::fflush(stdout);
@@ -166,7 +158,7 @@ ExitStatus Run(CheckArguments& arguments) {
 void AddOptions(CLI::App& command, CheckArguments& arguments) {
     command.add_option("FILE", arguments.names,
                        "Model or results files, told apart by their content; - reads standard input");
-    command.add_flag("-r,--recursive", arguments.recursive, "Of directories, check all *.model files in them");
+    command.add_flag("-r,--recursive", arguments.settings.recursive, "Of directories, check all *.model files in them");
     command.add_flag("--first", arguments.settings.firstOnly, "Stop at the first error of each file");
     command.add_flag("--no-warnings", arguments.noWarnings, "Show errors only");
     command

@@ -12,10 +12,10 @@
 #include <vector>
 
 #include <Orvalo3DReader/Check/CheckModel.h>
+#include <Orvalo3DReader/Check/CheckResults.h>
 #include <Orvalo3DReader/Check/Rules.h>
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Common/ReaderMessages.h>
-#include <Orvalo3DReader/Reader/ReadResults.h>
 
 #include "DeclaredCubes.h"
 #include "ProgressBar.h"
@@ -66,14 +66,11 @@ std::vector<Diagnostic> CheckAsModel(const Input& input, orvalo::CheckOptions op
     return orvalo::CheckModel(input.Path(), options);
 }
 
-// Of results there is no more to tell than what the reader throws.
-std::vector<Diagnostic> CheckAsResults(const Input& input) {
+std::vector<Diagnostic> CheckAsResults(const Input& input, orvalo::CheckOptions options) {
     float percent = 0.0F;
-    orvalo::ReadOptions options;
     options.percentRead = &percent;
     const ProgressBar bar(input.Name(), [&] { return PercentState(percent); });
-    orvalo::ReadResults(input.Path(), options);
-    return {};
+    return orvalo::CheckResults(input.Path(), options);
 }
 
 void Judge(std::vector<Diagnostic>& diagnostics, const CheckSettings& settings) {
@@ -115,7 +112,9 @@ void Check(CheckedFile& file, const CheckSettings& settings) {
         Diagnostic diagnostic;
         diagnostic.code = ReaderMessages::ErrorReadingInputFile.code;
         diagnostic.rule = RuleOf(diagnostic.code);
-        diagnostic.message = "This is a directory. With 'check -r' the *.model files in it are checked.";
+        diagnostic.message = settings.recursive
+                                 ? "There is no *.model file in this directory."
+                                 : "This is a directory. With 'check -r' the *.model files in it are checked.";
         file.diagnostics.push_back(std::move(diagnostic));
         return;
     }
@@ -124,7 +123,7 @@ void Check(CheckedFile& file, const CheckSettings& settings) {
     options.firstOnly = settings.firstOnly;
     try {
         file.diagnostics =
-            file.kind == FileKind::model ? CheckAsModel(file.input, options) : CheckAsResults(file.input);
+            file.kind == FileKind::model ? CheckAsModel(file.input, options) : CheckAsResults(file.input, options);
     } catch (const orvalo::Exception& exception) {
         file.Add(exception);
     }

@@ -20,6 +20,8 @@ struct CheckSettings {
     bool warnings = true;
     bool firstOnly = false;
     bool warningsAreErrors = false;
+    /// Whether directories stand for the models in them.
+    bool recursive = false;
     /// Names of rules whose warnings are not wanted.
     std::set<std::string> disabled;
     /// Told rather than guessed.

@@ -26,11 +26,13 @@ public:
             fmt::format("{} {} {} [{}]\n", Where(diagnostic.place), severity, style_.Bold(Shown(diagnostic.message)),
                         diagnostic.code > 0 ? std::to_string(diagnostic.code) : diagnostic.rule);
         AddExcerpt(diagnostic.place, diagnostic.length);
-        AddFixes(diagnostic);
-        for (const orvalo::Note& note : diagnostic.notes) {
-            AddNote(note.place.path.empty() ? diagnostic.place : note.place, note.message);
-            const bool shown = note.place.path == diagnostic.place.path && note.place.offset == diagnostic.place.offset;
-            if (!shown) AddExcerpt(note.place, note.length);
+        fixes_ = diagnostic.fixes;
+        AddFixesAt(diagnostic.place);
+        for (const orvalo::Note& note : diagnostic.notes) AddNote(note, diagnostic.place);
+        while (!fixes_.empty()) {
+            const orvalo::InputPlace place = fixes_.front().place;
+            AddNote(place, "this can be mended here");
+            AddFixesAt(place);
         }
         if (diagnostic.row > 0) AddNote(diagnostic.place, fmt::format("in row {} of the data", diagnostic.row));
         for (const orvalo::InputPlace& place : diagnostic.includedFrom) AddNote(place, "included from here");
@@ -77,14 +79,25 @@ private:
         AddMark(*line, gutter, '^' + std::string(line->marked - 1, '~'));
     }
 
-    void AddFixes(const orvalo::Diagnostic& diagnostic) {
+    void AddNote(const orvalo::Note& note, const orvalo::InputPlace& of) {
+        AddNote(note.place.path.empty() ? of : note.place, note.message);
+        const bool shown = note.place.path == of.path && note.place.offset == of.offset;
+        if (!shown) AddExcerpt(note.place, note.length);
+        AddFixesAt(note.place);
+    }
+
+    /// Those that mend the line which was just shown.
+    void AddFixesAt(const orvalo::InputPlace& place) {
         const char* title = "fix";
-        for (const orvalo::Fix& fix : diagnostic.fixes) {
-            const bool elsewhere = fix.place.path != diagnostic.place.path || fix.place.line != diagnostic.place.line;
-            if (elsewhere) AddNote(fix.place, "this can be mended here");
+        const auto here = [&](const orvalo::Fix& fix) {
+            return fix.place.path == place.path && fix.place.line == place.line;
+        };
+        for (const orvalo::Fix& fix : fixes_) {
+            if (!here(fix)) continue;
             AddFix(fix, title);
             title = "or";
         }
+        std::erase_if(fixes_, here);
     }
 
     void AddFix(const orvalo::Fix& fix, const char* title) {
@@ -99,6 +112,8 @@ private:
 
     const Input& input_;
     const TextStyle& style_;
+    /// Of the diagnostic being written, those that are still to be shown.
+    std::vector<orvalo::Fix> fixes_;
     std::string text_;
 };
 

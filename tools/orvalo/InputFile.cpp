@@ -66,11 +66,16 @@ void ReadResults(InputFile& file) {
     orvalo::ReadOptions options;
     options.percentRead = &percent;
     const ProgressBar bar(input.Name(), [&] { return PercentState(percent); });
+    const Stopwatch stopwatch(file.seconds);
+    file.results = orvalo::ReadResults(input.Path(), options);
+}
+
+void ReadOrExplainResults(InputFile& file) {
     try {
-        const Stopwatch stopwatch(file.seconds);
-        file.results = orvalo::ReadResults(input.Path(), options);
+        ReadResults(file);
     } catch (const orvalo::Exception& exception) {
-        file.checked.Add(exception);
+        Check(file.checked, CheckSettings());
+        if (file.checked.Errors() == 0) file.checked.Add(exception);
     }
 }
 
@@ -82,7 +87,7 @@ InputFile ReadInputFile(const std::string& name, bool cubesOnly, const std::opti
     if (file.checked.input.IsDirectory()) {
         Check(file.checked, CheckSettings());
     } else if (file.checked.kind == FileKind::results) {
-        ReadResults(file);
+        ReadOrExplainResults(file);
     } else {
         if (!cubesOnly && CanBeReadTwice(path)) Check(file.checked, CheckSettings());
         if (file.checked.Errors() == 0) ReadModel(file, cubesOnly);

@@ -28,6 +28,8 @@ struct LineParts {
     std::string after;
     bool cutBefore = false;
     bool cutAfter = false;
+    /// Whether this is no line, but what comes after the last one.
+    bool nothing = false;
 };
 
 /// Bytes of a file from an offset on, fewer at its end; nothing where they cannot be read.
@@ -50,9 +52,14 @@ void SetAfter(LineParts& parts, std::string bytes) {
     parts.after = std::move(bytes);
 }
 
+/// Whether a file that begins so is a MAT-file, of any version, and has no lines.
+bool IsBinary(std::string_view head) {
+    return head == "MATLAB " || head.starts_with("\x89HDF");
+}
+
 /// The line of a place, in front of it and after it, where `skipped` bytes from it on are left out.
 std::optional<LineParts> ReadLine(const orvalo::InputPlace& place, std::uint64_t skipped) {
-    if (!MayBeReread(place.path) || ReadHead(place.path, 7) == "MATLAB ") return std::nullopt;
+    if (!MayBeReread(place.path) || IsBinary(ReadHead(place.path, 7))) return std::nullopt;
     LineParts parts;
     const std::uint64_t inLine = std::min(place.column - 1, place.offset);
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(inLine, reach));
@@ -60,7 +67,9 @@ std::optional<LineParts> ReadLine(const orvalo::InputPlace& place, std::uint64_t
     if (!before || before->size() < wanted) return std::nullopt;
     parts.before = std::move(*before);
     parts.cutBefore = inLine > wanted;
-    SetAfter(parts, ReadBytes(place.path, place.offset + skipped, reach).value_or(""));
+    std::string after = ReadBytes(place.path, place.offset + skipped, reach).value_or("");
+    parts.nothing = inLine == 0 && after.empty();
+    SetAfter(parts, std::move(after));
     return parts;
 }
 
@@ -146,6 +155,7 @@ std::optional<MarkedLine> ExcerptAt(const orvalo::InputPlace& place, std::uint64
     const auto marked = static_cast<std::size_t>(std::min<std::uint64_t>(length, parts->after.size()));
     parts->marked = parts->after.substr(0, marked);
     parts->after.erase(0, marked);
+    if (parts->nothing) parts->after = "(end of the file)";
     MarkedLine line = LayOut(*parts, width);
     line.marked = std::max<std::size_t>(line.marked, 1);
     return line;
@@ -157,7 +167,8 @@ std::vector<MarkedLine> MendedLines(const orvalo::Fix& fix, std::size_t width) {
     if (!parts) return lines;
     std::string_view rest = fix.replacement;
     for (std::size_t end = rest.find('\n'); end != std::string_view::npos; end = rest.find('\n')) {
-        lines.push_back(LayOut({parts->before, std::string(rest.substr(0, end)), "", parts->cutBefore, false}, width));
+        lines.push_back(
+            LayOut({parts->before, std::string(rest.substr(0, end)), "", parts->cutBefore, false, false}, width));
         parts->before.clear();
         parts->cutBefore = false;
         rest.remove_prefix(end + 1);

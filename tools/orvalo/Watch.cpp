@@ -1,24 +1,40 @@
 #include "Watch.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace {
 
 constexpr std::chrono::milliseconds lookEvery{150};
 
+using State = std::pair<std::filesystem::file_time_type, std::uintmax_t>;
+
+State StateOf(const std::string& path) {
+    std::error_code none;
+    const auto written = std::filesystem::last_write_time(path, none);
+    return {written, std::filesystem::file_size(path, none)};
+}
+
 }  // namespace
 
-Watch::Snapshot Watch::Look() const {
+Watch::Snapshot Watch::Look() {
     Snapshot snapshot;
-    for (const std::string& path : list_()) {
-        std::error_code none;
-        State& state = snapshot[path];
-        state.first = std::filesystem::last_write_time(path, none);
-        state.second = std::filesystem::file_size(path, none);
+    for (const std::string& path : files_()) {
+        Snapshot& known = known_[path];
+        const bool same = !known.empty() && std::all_of(known.begin(), known.end(), [](const auto& file) {
+            return StateOf(file.first) == file.second;
+        });
+        if (!same) {
+            known.clear();
+            for (const std::string& file : withIncluded_(path)) known[file] = StateOf(file);
+        }
+        snapshot.insert(known.begin(), known.end());
     }
     return snapshot;
 }

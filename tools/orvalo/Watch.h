@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -10,8 +11,12 @@
 /// Files that are looked at again and again for changes.
 class Watch {
 public:
-    /// `list` gives the paths that count, whether they exist or not; it is asked again with every look.
-    explicit Watch(std::function<std::vector<std::string>()> list) : list_(std::move(list)), seen_(Look()) {}
+    using Paths = std::vector<std::string>;
+
+    /// `files` gives the paths that count, whether they exist or not; it is asked again with every look. `withIncluded`
+    /// gives such a path and those of all files that it includes; it is asked again when one of them has changed.
+    Watch(std::function<Paths()> files, std::function<Paths(const std::string&)> withIncluded)
+        : files_(std::move(files)), withIncluded_(std::move(withIncluded)), seen_(Look()) {}
 
     /// Waits until a file changes, appears or goes, and then until no file has changed for a moment; gives its path.
     std::string WaitForChange();
@@ -21,8 +26,11 @@ private:
     using State = std::pair<std::filesystem::file_time_type, std::uintmax_t>;
     using Snapshot = std::map<std::string, State>;
 
-    Snapshot Look() const;
+    Snapshot Look();
 
-    std::function<std::vector<std::string>()> list_;
+    std::function<Paths()> files_;
+    std::function<Paths(const std::string&)> withIncluded_;
+    /// Each file with those that it includes.
+    std::map<std::string, Snapshot> known_;
     Snapshot seen_;
 };

@@ -2,6 +2,8 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <iostream>
+#include <sstream>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -40,6 +42,14 @@ ExitStatus RefuseCommand(const std::string& word, const std::vector<std::string>
     return ExitStatus::wrongUsage;
 }
 
+/// Help, or what is wrong with the command line, which may hold whatever a file is called.
+ExitStatus Explain(const CLI::App& app, const CLI::ParseError& error) {
+    std::stringstream wrong;
+    const int code = app.exit(error, std::cout, wrong);
+    for (std::string line; std::getline(wrong, line);) fmt::print(stderr, "{}\n", Harmless(line));
+    return code == 0 ? ExitStatus::good : ExitStatus::wrongUsage;
+}
+
 ExitStatus Run(std::vector<std::string> arguments) {
     ExitStatus status = ExitStatus::good;
     CLI::App app("Checks and summarises elastic wave models and simulation results.", "orvalo");
@@ -62,7 +72,7 @@ ExitStatus Run(std::vector<std::string> arguments) {
     try {
         app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? ExitStatus::good : ExitStatus::wrongUsage;
+        return Explain(app, error);
     }
     return status;
 }

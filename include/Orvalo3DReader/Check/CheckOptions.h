@@ -20,6 +20,8 @@ struct CheckOptions {
     unsigned long long* cubesRead = nullptr;
     /// As for ReadOptions: the check then throws Stopped.
     const std::atomic<bool>* stop = nullptr;
+    /// As for ReadOptions, of the reading of results.
+    float* percentRead = nullptr;
 };
 
 }  // namespace orvalo
