@@ -7,6 +7,7 @@
 
 #include "Check/Explain.h"
 #include "Check/RuleTable.h"
+#include "Common/Bytes.h"
 
 namespace orvalo {
 
@@ -35,6 +36,11 @@ void ErrorCollector::SectionBegins(const Section& section) {
     SectionRecord begun;
     begun.section = &section;
     begun.place = Place();
+    if (core_.SectionWasHeld()) {
+        auto& properties = record.sections.back().properties;
+        begun.place = properties.back().place;
+        properties.pop_back();
+    }
     begun.errorsBefore = errors_;
     record.sections.push_back(std::move(begun));
     inSection_ = true;
@@ -137,11 +143,27 @@ bool ErrorCollector::MissingIsTold() const {
            });
 }
 
+/// Whether a file is not included for it, so that nobody knows what would have been read.
+bool ErrorCollector::IsOfInclude(int code) {
+    if (code == M::IncludeFNameMissing.code) return true;
+    if (code < M::ErrorOpeningInputFile.code || code > M::LexUnexpectedEOL.code) return false;
+    constexpr std::string_view include = "include";
+    std::size_t at = 0;
+    std::string before(source_.LineOf(core_.lexer.Place(), at).substr(0, at));
+    before.resize(before.find_last_not_of(" \t") + 1);
+    std::transform(before.begin(), before.end(), before.begin(), ToLower);
+    return before.ends_with(include);
+}
+
 /// Whether the error only follows from what is known.
 bool ErrorCollector::Follows(const Exception& failure) const {
     const int code = failure.code();
     if (lastPlace_ == core_.lexer.MarkedPlace() && errors_ > 0 && code != M::RecursvieInclude.code) return true;
     if (core_.resuming && code >= M::LexInvalidChar.code && code <= M::LexUnexpectedEOL.code) return true;
+    if (code >= M::AnalysisNotDefinedFirst.code && code <= M::CubesNotDefined.code) {
+        // Or there is not even one section.
+        return unreadInclude_ || (unknownSection_ && record.sections.empty());
+    }
     if (code == M::ActuatorPiezoNotDefined.code) return unknownSection_ || SectionFailed({"actuator", "piezo"});
     if (code == M::SensorDumpNotDefined.code) return unknownSection_ || SectionFailed({"sensor", "dump"});
     if (code == M::TableMissing.code) {
@@ -187,6 +209,7 @@ bool ErrorCollector::Note(const Exception& failure) {
     ++errors_;
     if (inSection_) record.sections.back().failed = true;
     if (failure.code() == M::SectionNameExpected.code) unknownSection_ = true;
+    if (IsOfInclude(failure.code())) unknownSection_ = unreadInclude_ = true;
     if (core_.row > 0) {
         if (!CountsInSection(failure.code())) return true;
     } else if (++errorsOutsideRows_ >= mostErrors) {

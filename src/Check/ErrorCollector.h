@@ -92,6 +92,7 @@ public:
 private:
     ReadPlace Place() const;
     bool Follows(const Exception& failure) const;
+    bool IsOfInclude(int code);
     bool SectionFailed(std::initializer_list<std::string_view> words) const;
     bool HasSection(std::string_view word) const;
     bool InOwnTable() const;
@@ -108,6 +109,7 @@ private:
     bool ended_ = false;
     bool spoilt_ = false;
     bool unknownSection_ = false;
+    bool unreadInclude_ = false;
     bool rowShapeTold_ = false;
     /// What is known to be missing in the current section, and in a table within it.
     std::set<std::pair<bool, std::string_view>> missingTold_;

@@ -109,6 +109,7 @@ void ExplainRange(Diagnostic& diagnostic, ErrorCollector& errors) {
     const auto& range = errors.Core().range;
     if (!range) return;
     if (std::isfinite(range->most)) return ExplainStart(diagnostic, errors);
+    if (ExplainCommaAfter(diagnostic, errors)) return;
     AddNote(diagnostic, "The value of '" + OpenWord(errors) + "' must be " +
                             (range->leastIncluded ? "at least " : "above ") + Shown(range->least) + '.');
 }
@@ -125,7 +126,7 @@ void ExplainCount(Diagnostic& diagnostic, ErrorCollector& errors) {
 }
 
 void ExplainID(Diagnostic& diagnostic, ErrorCollector& errors) {
-    if (ExplainNoNumber(diagnostic, errors)) return;
+    if (ExplainSectionAsProperty(diagnostic, errors) || ExplainNoNumber(diagnostic, errors)) return;
     AddNote(diagnostic,
             "An ID is a whole number from 1 to " + std::to_string(static_cast<std::int64_t>(largestID)) + '.');
     if (OpenWord(errors) == "data") {

@@ -87,6 +87,11 @@ bool QuoteName(Diagnostic& diagnostic, ErrorCollector& errors) {
     const std::string name(text.substr(0, size));
     diagnostic.length = size;
     AddNote(diagnostic, "Names stand in double quotes.");
+    if (text.substr(size).starts_with('"')) {
+        diagnostic.fixes.push_back({diagnostic.place, 0, "\""});
+        errors.SpoilLine();
+        return true;
+    }
     AddFix(diagnostic, '"' + name + '"');
     // What is left of a name with a point would be taken for a number.
     if (name.find_first_of(".+-") != std::string::npos) errors.SpoilLine();

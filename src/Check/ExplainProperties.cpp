@@ -37,7 +37,7 @@ void ExplainMissingProperties(Diagnostic& diagnostic, ErrorCollector& errors) {
 
 void ExplainSecondTable(Diagnostic& diagnostic, ErrorCollector& errors) {
     const PropertyRecord* const first = errors.CurrentSection()->Find("table");
-    if (first == nullptr) return;
+    if (first == nullptr || ExplainSectionAsProperty(diagnostic, errors)) return;
     AddNote(diagnostic, "An actuator is driven by one table, which was given here.",
             errors.record.PlaceOf(first->place), first->word.size());
 }

@@ -27,7 +27,7 @@ constexpr Mark marks[] = {
     {"\xEF\xBB\xBF", "The file begins with a byte order mark (BOM). Save it as UTF-8 without one.", true},
     {"\xFF\xFE", "The file is UTF-16 text. Save it as UTF-8 or ASCII.", false},
     {"\xFE\xFF", "The file is UTF-16 text. Save it as UTF-8 or ASCII.", false},
-    {"MATLAB ", "This is a MAT-file: results, not a model.", false},
+    {"\x89HDF", "This is an HDF5 file, such as MAT-files of version 7.3, not a model.", false},
     {"\x1F\x8B", "The file is compressed by gzip. Unpack it first.", false},
     {"PK\x03\x04", "The file is a ZIP archive. Unpack it first.", false},
 };
@@ -95,6 +95,12 @@ void TellByte(Diagnostic& diagnostic, std::string_view text, const InputPlace& p
 bool IsExponentOfFortran(std::string_view token, std::size_t at) {
     return at > 0 && at + 1 < token.size() && (token[at] | 0x20) == 'd' &&
            (IsDigit(token[at + 1]) || token[at + 1] == '+' || token[at + 1] == '-');
+}
+
+void TellDecimalComma(Diagnostic& diagnostic, const InputPlace& comma) {
+    AddNote(diagnostic, "There is no decimal comma: a comma separates numbers as a blank does. Write a point.", comma,
+            1);
+    diagnostic.fixes.push_back({comma, 1, "."});
 }
 
 /// A name with a point, whose first part was taken for a word.
@@ -176,7 +182,8 @@ void ExplainCharacterInNumber(Diagnostic& diagnostic, ErrorCollector& errors) {
                 odd == 0 ? "A sign must be followed by a number."
                          : "Numbers have no units: '" + token.substr(odd) +
                                "' is to be left out. Times are in "
-                               "microseconds, frequencies in kilohertz, temperatures in degrees Celsius.",
+                               "microseconds, frequencies in kilohertz, temperatures in degrees Celsius, lengths in "
+                               "one unit of your choice.",
                 place, token.size() - odd);
         if (odd > 0) diagnostic.fixes.push_back({place, token.size() - odd, ""});
     } else if (odd < token.size()) {
@@ -195,6 +202,15 @@ void ExplainOpenName(Diagnostic& diagnostic, ErrorCollector& errors) {
     AddNote(diagnostic, "The name that begins here has no closing quote on its line.");
     const std::size_t end = std::min(token.find_first_of(" \t", 1), token.size());
     diagnostic.fixes.push_back({Moved(diagnostic.place, end), 0, "\""});
+}
+
+bool ExplainCommaAfter(Diagnostic& diagnostic, ErrorCollector& errors) {
+    const std::string_view text = errors.Source().From(diagnostic.place);
+    const std::size_t comma =
+        std::min(text.find_first_not_of("0123456789", text.starts_with('-') ? 1 : 0), text.size());
+    if (comma == 0 || comma + 1 >= text.size() || text[comma] != ',' || !IsDigit(text[comma + 1])) return false;
+    TellDecimalComma(diagnostic, Moved(diagnostic.place, comma));
+    return true;
 }
 
 bool ExplainNeighbours(Diagnostic& diagnostic, ErrorCollector& errors) {
@@ -216,9 +232,7 @@ bool ExplainNeighbours(Diagnostic& diagnostic, ErrorCollector& errors) {
         return true;
     }
     if (at > 1 && at < line.size() && line[at - 1] == ',' && IsDigit(line[at - 2]) && IsDigit(line[at])) {
-        AddNote(diagnostic, "There is no decimal comma: a comma separates numbers as a blank does. Write a point.",
-                placeAt(at - 1), 1);
-        diagnostic.fixes.push_back({placeAt(at - 1), 1, "."});
+        TellDecimalComma(diagnostic, placeAt(at - 1));
         return true;
     }
     return false;

@@ -4,6 +4,7 @@
 
 #include "Check/ErrorCollector.h"
 #include "Check/Explanations.h"
+#include "Check/FileSigns.h"
 #include "Reader/Sections.h"
 
 namespace orvalo {
@@ -73,6 +74,20 @@ void ExplainMissingEnd(Diagnostic& diagnostic, ErrorCollector& errors) {
 
 }  // namespace
 
+bool ExplainSectionAsProperty(Diagnostic& diagnostic, ErrorCollector& errors) {
+    const SectionRecord* const section = errors.CurrentSection();
+    const auto& open = errors.OpenProperties();
+    if (section == nullptr || open.empty() || !errors.Core().BeginsSection(open.back().word)) return false;
+    const std::string name = section->section->name;
+    AddNote(diagnostic, name + " begins here and has no END.", errors.record.PlaceOf(section->place), name.size());
+    const InputPlace place = errors.record.PlaceOf(open.back().place);
+    const std::string taken(errors.Source().TokenAt(place));
+    AddNote(diagnostic, "So this is taken for its property '" + std::string(open.back().word) + "', not for a section.",
+            place, taken.size());
+    diagnostic.fixes.push_back({place, 0, "END\n"});
+    return true;
+}
+
 void ExplainWord(Diagnostic& diagnostic, ErrorCollector& errors) {
     if (errors.Core().expected) AddExpected(diagnostic, errors, *errors.Core().expected);
 }
@@ -103,6 +118,9 @@ void ExplainKeyword(Diagnostic& diagnostic, ErrorCollector& errors) {
 void ExplainSectionName(Diagnostic& diagnostic, ErrorCollector& errors) {
     const ReaderCore& core = errors.Core();
     if (ExplainNeighbours(diagnostic, errors)) return;
+    if (errors.record.sections.empty() && LooksLikeResults(errors.Source().From({diagnostic.place.path, 0, 1, 1}))) {
+        return AddNote(diagnostic, "This looks like results, not like a model.");
+    }
     AddExpected(diagnostic, errors, sections, true);
     if (errors.record.sections.empty()) return;
     const SectionRecord& last = errors.record.sections.back();

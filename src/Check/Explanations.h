@@ -25,11 +25,16 @@ void ExplainCharacterInNumber(Diagnostic& diagnostic, ErrorCollector& errors);
 void ExplainOpenName(Diagnostic& diagnostic, ErrorCollector& errors);
 /// What stands before the place on its line, where that is why nothing fits: false when it is not.
 bool ExplainNeighbours(Diagnostic& diagnostic, ErrorCollector& errors);
+/// A number that a comma cuts off from its decimals: false where it is none.
+bool ExplainCommaAfter(Diagnostic& diagnostic, ErrorCollector& errors);
 
 /// A word where one of a list is due: value words, components.
 void ExplainWord(Diagnostic& diagnostic, ErrorCollector& errors);
 /// A word where a property or END is due.
 void ExplainKeyword(Diagnostic& diagnostic, ErrorCollector& errors);
+/// The name of a section that stands where a property of the same name may, since the END before it is missing: false
+/// where it is none.
+bool ExplainSectionAsProperty(Diagnostic& diagnostic, ErrorCollector& errors);
 /// What stands where a section is due.
 void ExplainSectionName(Diagnostic& diagnostic, ErrorCollector& errors);
 

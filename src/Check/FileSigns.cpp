@@ -115,4 +115,17 @@ bool LooksLikeModel(std::string_view bytes) {
     return false;
 }
 
+bool LooksLikeResults(std::string_view bytes) {
+    if (bytes.starts_with("MATLAB ")) return true;
+    constexpr std::string_view separators = "\t ,;";
+    const std::string_view line = bytes.substr(0, bytes.find_first_of("\r\n"));
+    std::size_t at = 0;
+    for (const char name : {'x', 'y', 'z', 'f'}) {
+        const std::size_t end = std::min(line.find_first_of(separators, at), line.size());
+        if (end != at + 1 || ToLower(line[at]) != name) return false;
+        at = std::min(line.find_first_not_of(separators, end), line.size());
+    }
+    return true;
+}
+
 }  // namespace orvalo

@@ -18,4 +18,8 @@ const FileSign* FindFileSign(std::string_view bytes);
 /// properties, or an include, behind any comments.
 bool LooksLikeModel(std::string_view bytes);
 
+/// Whether a file that begins with these bytes is results: a MAT-file, or a text whose first line names the columns of
+/// indices.
+bool LooksLikeResults(std::string_view bytes);
+
 }  // namespace orvalo

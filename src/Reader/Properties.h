@@ -138,6 +138,10 @@ bool ReadProperties(ReaderCore& core, const Property<Target> (&table)[n], Target
             if (row < n) given.Add(row);
             if (row < n) core.recovery->PropertyEnds();
             moveOn = false;
+            if (row < n && table[row].takes == Takes::Value && core.BeginsSection(table[row].word)) {
+                core.HoldSection(table[row].word);
+                return true;
+            }
             if (!core.ResumeAmong(table, row == n)) return true;
         }
     }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -26,8 +27,8 @@ public:
     explicit ReaderCore(std::size_t bufferSize = Lexer::defaultBufferSize) : lexer(bufferSize) {}
 
     void NextToken() {
-        if (held_) {
-            held_ = false;
+        if (held_ > 0) {
+            TakeHeld();
         } else {
             lexer.NextToken(token);
         }
@@ -131,8 +132,15 @@ public:
     /// Passes over the rest of a block, to its END or what ends the section, and leaves that current.
     void SkipBlock();
     /// Has the current token read again as the next one.
-    void Hold() { held_ = true; }
-    bool IsHeld() const { return held_; }
+    void Hold() { held_ = 1; }
+    bool IsHeld() const { return held_ > 0; }
+    /// Whether the value of a property, which is current and is none, makes a section of that name of the property: the
+    /// END before it is missing.
+    bool BeginsSection(std::string_view property) const;
+    /// Has the name of the section, and then the current token, read as the next ones.
+    void HoldSection(std::string_view name);
+    /// Whether the current section is one that was taken for a property.
+    bool SectionWasHeld() const { return !heldText_.empty(); }
     /// Passes over whatever cannot be read, too.
     void NextReadableToken();
     /// Whether reading is on its way from an error to where it goes on.
@@ -149,7 +157,11 @@ private:
         if (recovery != nullptr) recovery->NumberChanges(change, taken);
     }
 
-    bool held_ = false;
+    void TakeHeld();
+
+    /// How many tokens are to be read again; the text of the second one.
+    int held_ = 0;
+    std::string heldText_;
     std::optional<std::pair<int, FilePlace>> resumedAt_;
 };
 

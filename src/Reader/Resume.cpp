@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "Common/Raise.h"
 #include "Reader/ReaderCore.h"
 #include "Reader/Sections.h"
@@ -38,6 +40,23 @@ bool ReaderCore::AtSection() const {
 
 bool ReaderCore::AtWord() const {
     return AtSection() || (token.type == TokenType::Keyword && sectionWords && sectionWords->Has(token.text));
+}
+
+bool ReaderCore::BeginsSection(std::string_view property) const {
+    const auto place = WordList(sections).Find(property);
+    return place && token.type == TokenType::Keyword && sections[*place].words().Has(token.text) && !AtWord();
+}
+
+void ReaderCore::HoldSection(std::string_view name) {
+    heldText_ = std::move(token.text);
+    token.text = name;
+    held_ = 2;
+}
+
+void ReaderCore::TakeHeld() {
+    if (--held_ > 0 || heldText_.empty()) return;
+    token.text = std::move(heldText_);
+    heldText_.clear();
 }
 
 void ReaderCore::NextReadableToken() {

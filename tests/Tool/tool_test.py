@@ -74,6 +74,15 @@ $""")),
       \|          ~~~~~~~~
 (.*\n)*a:4:49: error:(.*\n)*  fix \| .* input (.*\n)*b:2:11: error:(.*\n)*3 errors in 2 files
 $""")),
+    *[('one mistake, one error: ' + text, {'a': text, 'other.cubes': CUBES}, 'check --as model a', 1, '', re.compile(
+        rf'^a:{place}: error: .*\[{code}\]\n(.*\n)*{told}(.*\n)*{ONE}$')) for text, place, code, told in (
+            (GOOD.replace('force END', 'force').replace('TABLE', 'TABLE\n'), '6:2', 160, 'a:4:1: note: ACTUATOR begins here and has no END.\n(.*\n)*  fix \\| END\n'),
+            (GOOD.replace('wave table 5 method force END', 'wave method force'), '5:7', 113, 'a:4:1: note: ACTUATOR begins'),
+            (GOOD.replace('size 1', 'size 0,5'), '1:19', 119, '  fix \\| .* 0\\.5 '),
+            (GOOD.replace('"a" 1 2 1', 'a" 1 2 1\n'), '2:15', 148, '  fix \\| MATERIALS 1 0 "a" 1 2 1\n'),
+            (HEAD + 'include other.cubes\n' + TAIL, '3:9', 110, '  fix \\| include "other.cubes"\n'),
+            (HEAD + 'include "d/x"\n' + TAIL, '3:9', 106, ''),
+            ('MATLAB 5.0 MAT-file', '1:1', 132, 'a:1:1: note: This looks like results'), (RESULTS, '1:1', 132, 'a:1:1: note: This looks like'))],
     ('only the first of several errors', {'a': BAD.replace('END', 'bogus')}, 'check --first a', 1, '',
      re.compile(r'^a:2:11: (.*\n)*1 error in 1 file\n$')),
     ('what is put in is marked by plus signs', {'a': GOOD.replace('"s"', '"s')}, 'check --first a', 1, '',
@@ -81,6 +90,8 @@ $""")),
     ('what would mend another line stands below it', {'a': GOOD.replace('table 5', 'table 6')}, 'info a', 1, '', re.compile(
         r'^a:\d:1: error: .* \[177\]\n +\d \| \(end of the file\)\n +\| \^\na:4:\d+: note: .*\n    4 \| .* table 6 .*\n'
         r'      \| +\^\n  fix \| .* table 5 .*\n      \| +~\n(?!.*mended here)')),
+    ('what an include that is missing would have held', {'a': HEAD + 'include "no.cubes"\n' + TAIL}, 'check a', 3, '',
+     re.compile(r'^a:3:9: error: .* \[103\]\n    3 \| include "no.cubes"\n      \|         \^~{9}\n(a:3:9: note: .*\n)*' + ONE + '$')),
     ('a missing file outranks a bad one', {'bad.model': BAD, 'good.model': GOOD}, 'check no.model bad.model good.model', 3, '',
      re.compile(r"^no\.model: error: Unable to open '.*no\.model' input file\. \[103\]\n(.*\n)*" +
                 re.escape(BAD_TEXT + '2 errors in 2 files\n') + '$')),
