@@ -15,6 +15,13 @@ namespace {
 
 using M = ReaderMessages;
 
+/// Whether one of the sections that come first is not where it should be.
+bool IsOfMissingSection(int code) {
+    return code == M::AnalysisNotDefinedFirst.code || code == M::MaterialsSectionExpected.code ||
+           code == M::CubesSectionExpected.code || code == M::AnalysisNotDefined.code ||
+           code == M::MaterialsNotDefined.code || code == M::CubesNotDefined.code;
+}
+
 /// Enough for any file that somebody wrote, and an end to those that nobody did.
 constexpr std::size_t mostErrors = 99;
 
@@ -127,6 +134,47 @@ bool ErrorCollector::SectionFailed(std::initializer_list<std::string_view> words
     });
 }
 
+/// Whether a section of that word has an error in a property.
+bool ErrorCollector::PropertyFailed(std::string_view section, std::string_view property) const {
+    return std::any_of(record.sections.begin(), record.sections.end(), [&](const SectionRecord& candidate) {
+        const PropertyRecord* const found = candidate.section->word == section ? candidate.Find(property) : nullptr;
+        return found != nullptr && found->failed;
+    });
+}
+
+/// Whether a section of that word does not give a property as it must.
+bool ErrorCollector::PropertyUnknown(std::string_view section, std::string_view property) const {
+    return PropertyFailed(section, property) ||
+           std::any_of(record.sections.begin(), record.sections.end(), [&](const SectionRecord& candidate) {
+               return candidate.section->word == section && candidate.Find(property) == nullptr;
+           });
+}
+
+/// Whether a patch may have the table that is missing, had its ID been read.
+bool ErrorCollector::PatchTableUnknown() const {
+    for (const SectionRecord& section : record.sections) {
+        if (section.section->word != "piezo") continue;
+        std::size_t tables = 0;
+        for (const PropertyRecord& property : section.properties) {
+            const bool id = property.nested && property.word == "id";
+            if (id && (property.failed || property.value == core_.subject)) return true;
+            tables += property.word == "table" ? 1 : 0;
+            tables -= id ? 1 : 0;
+        }
+        if (tables != 0) return true;
+    }
+    return false;
+}
+
+/// Whatever the last property of that word is given, or the last one of all, is not to be relied on.
+void ErrorCollector::FailLast(std::string_view word) {
+    auto& properties = record.sections.back().properties;
+    const auto last = std::find_if(properties.rbegin(), properties.rend(), [&](const PropertyRecord& property) {
+        return word.empty() || property.word == word;
+    });
+    if (last != properties.rend()) last->failed = true;
+}
+
 bool ErrorCollector::HasSection(std::string_view word) const {
     return std::any_of(record.sections.begin(), record.sections.end(),
                        [&](const SectionRecord& section) { return section.section->word == word; });
@@ -145,40 +193,49 @@ bool ErrorCollector::MissingIsTold() const {
 
 /// Whether a file is not included for it, so that nobody knows what would have been read.
 bool ErrorCollector::IsOfInclude(int code) {
-    if (code == M::IncludeFNameMissing.code) return true;
-    if (code < M::ErrorOpeningInputFile.code || code > M::LexUnexpectedEOL.code) return false;
-    constexpr std::string_view include = "include";
+    const bool opening = code == M::ErrorOpeningInputFile.code || code == M::ErrorReadingInputFile.code;
+    if (opening || code == M::IncludeFNameMissing.code) return true;
+    if (code < M::LexInvalidChar.code || code > M::LexUnexpectedEOL.code) return false;
     std::size_t at = 0;
     std::string before(source_.LineOf(core_.lexer.Place(), at).substr(0, at));
     before.resize(before.find_last_not_of(" \t") + 1);
     std::transform(before.begin(), before.end(), before.begin(), ToLower);
-    return before.ends_with(include);
+    return before.ends_with("include");
+}
+
+/// Whether an error that is found once all was read only follows from what is known.
+bool ErrorCollector::FollowsAtEnd(int code) const {
+    if (code == M::ActuatorPiezoNotDefined.code) return unknownSection_ || SectionFailed({"actuator", "piezo"});
+    if (code == M::SensorDumpNotDefined.code) return unknownSection_ || SectionFailed({"sensor", "dump"});
+    if (code == M::TableMissing.code) {
+        return unknownSection_ || PropertyUnknown("table", "id") ||
+               FindSection("table", "id", core_.subject) != nullptr;
+    }
+    if (code == M::PiezoTableMissing.code) return PatchTableUnknown();
+    // Without a time step no signal can be generated.
+    if (code != M::OutOfMemory.code) return false;
+    return !HasSection("analysis") || PropertyUnknown("analysis", "timestep") || PropertyFailed("actuator", "input") ||
+           PropertyFailed("actuator", "duration");
 }
 
 /// Whether the error only follows from what is known.
 bool ErrorCollector::Follows(const Exception& failure) const {
     const int code = failure.code();
-    if (lastPlace_ == core_.lexer.MarkedPlace() && errors_ > 0 && code != M::RecursvieInclude.code) return true;
+    const bool atEnd = code == M::TableMissing.code || code == M::PiezoTableMissing.code;
+    const bool samePlace = errors_ > 0 && lastPlace_ == core_.lexer.MarkedPlace();
+    if (samePlace && code != M::RecursvieInclude.code && !atEnd && (inSection_ || code == lastCode_)) return true;
     if (core_.resuming && code >= M::LexInvalidChar.code && code <= M::LexUnexpectedEOL.code) return true;
-    if (code >= M::AnalysisNotDefinedFirst.code && code <= M::CubesNotDefined.code) {
-        // Or there is not even one section.
-        return unreadInclude_ || (unknownSection_ && record.sections.empty());
-    }
-    if (code == M::ActuatorPiezoNotDefined.code) return unknownSection_ || SectionFailed({"actuator", "piezo"});
-    if (code == M::SensorDumpNotDefined.code) return unknownSection_ || SectionFailed({"sensor", "dump"});
-    if (code == M::TableMissing.code) {
-        return unknownSection_ || SectionFailed({"table"}) || FindSection("table", "id", core_.subject) != nullptr;
-    }
-    // Without a time step no signal can be generated.
-    if (code == M::OutOfMemory.code && !inSection_) {
-        return SectionFailed({"analysis", "actuator"}) || !HasSection("analysis");
-    }
+    // A file that was not read may hold what is missing; or there is not even one section.
+    if (IsOfMissingSection(code)) return unreadInclude_ || (unknownSection_ && record.sections.empty());
+    if (!inSection_) return FollowsAtEnd(code);
     if (code == M::ObligatoryMissing.code || code == M::ObligatoryPropNotDefined.code) return MissingIsTold();
-    if (code == M::PiezoTableMissing.code) return SectionFailed({"piezo"});
-    if (code == M::MaterialNotDefined.code || code == M::IncorrectMaterialIndex.code) {
-        return SectionFailed({"materials"}) || !HasSection("materials");
+    if (code == M::CountPropertyMissing.code) return record.sections.back().Find("count") != nullptr;
+    // Rows in an included file end with it.
+    if (code == M::NotEnoughCubes.code && inRows_.count(code) != 0 &&
+        record.files[static_cast<std::size_t>(lastPlace_->first)].parent == Place().file) {
+        return true;
     }
-    return false;
+    return code == M::MaterialNotDefined.code && (unknownMaterial_ || !HasSection("materials"));
 }
 
 /// Counts an error in a row; false once there are enough of its kind in the section.
@@ -205,13 +262,22 @@ bool ErrorCollector::Note(const Exception& failure) {
         if (inSection_) record.sections.back().failed = true;
         return true;
     }
+    const int code = failure.code();
     lastPlace_ = core_.lexer.MarkedPlace();
+    lastCode_ = code;
     ++errors_;
     if (inSection_) record.sections.back().failed = true;
-    if (failure.code() == M::SectionNameExpected.code) unknownSection_ = true;
-    if (IsOfInclude(failure.code())) unknownSection_ = unreadInclude_ = true;
+    for (PropertyRecord& property : open_) property.failed = true;
+    // An ID that is taken was likely to be another one, and a number that belongs to nothing to be part of the last.
+    if (code == M::TableIDReused.code) FailLast("id");
+    if (code == M::UnknownKeyword.code && core_.token.type == TokenType::Number) FailLast({});
+    if (code == M::SectionNameExpected.code) unknownSection_ = true;
+    if (IsOfInclude(code)) unknownSection_ = unreadInclude_ = true;
+    const bool number = core_.token.type == TokenType::Number;
+    if (number && (code == M::InvalidMaterialNumber.code || code == M::MaterialIndexReused.code))
+        unknownMaterial_ = true;
     if (core_.row > 0) {
-        if (!CountsInSection(failure.code())) return true;
+        if (!CountsInSection(code)) return true;
     } else if (++errorsOutsideRows_ >= mostErrors) {
         ended_ = true;
     }

@@ -93,7 +93,12 @@ private:
     ReadPlace Place() const;
     bool Follows(const Exception& failure) const;
     bool IsOfInclude(int code);
+    bool FollowsAtEnd(int code) const;
     bool SectionFailed(std::initializer_list<std::string_view> words) const;
+    bool PropertyFailed(std::string_view section, std::string_view property) const;
+    bool PropertyUnknown(std::string_view section, std::string_view property) const;
+    bool PatchTableUnknown() const;
+    void FailLast(std::string_view word);
     bool HasSection(std::string_view word) const;
     bool InOwnTable() const;
     bool MissingIsTold() const;
@@ -115,7 +120,11 @@ private:
     std::set<std::pair<bool, std::string_view>> missingTold_;
     std::size_t errors_ = 0;
     std::size_t errorsOutsideRows_ = 0;
+    /// Where the last error was that is no consequence, and its code.
     std::optional<std::pair<int, FilePlace>> lastPlace_;
+    int lastCode_ = 0;
+    /// Whether the number of a material is not known.
+    bool unknownMaterial_ = false;
     /// For each code how many errors the rows of the current section had, and the diagnostic that tells of the rest.
     std::map<int, std::uint64_t> inRows_;
     std::map<int, std::size_t> moreInRows_;

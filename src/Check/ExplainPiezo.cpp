@@ -72,6 +72,7 @@ void TellPointCount(Diagnostic& diagnostic, ErrorCollector& errors) {
 
 void ExplainPoint(Diagnostic& diagnostic, ErrorCollector& errors) {
     const ReaderCore& core = errors.Core();
+    if (ExplainMisspeltEnd(diagnostic, errors)) return;
     if (core.AtSection()) {
         const PropertyRecord& data = errors.OpenProperties().back();
         AddNote(diagnostic, "The points begin here and have no END.", errors.record.PlaceOf(data.place),

@@ -24,6 +24,8 @@ bool IsLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
+using M = ReaderMessages;
+
 struct EndWord {
     std::string_view word;
 };
@@ -138,15 +140,20 @@ void TellCount(Diagnostic& diagnostic, ErrorCollector& errors, std::uint64_t wid
     if (run.count > 0) diagnostic.fixes.push_back({place, length, std::to_string(run.count / width)});
 }
 
+constexpr EndWord end[] = {{"end"}};
+
+/// Whether the current word is one before which rows end, or likely that END itself.
+bool EndsRows(const ErrorCollector& errors) {
+    return errors.Core().AtWord() || WordList(end).Nearest(errors.Core().token.text);
+}
+
 /// An END that is misspelt, or that the rows lack.
 void ExplainRowsEnd(Diagnostic& diagnostic, ErrorCollector& errors) {
     const ReaderCore& core = errors.Core();
     const auto& open = errors.OpenProperties();
     const Token& token = core.token;
-    static constexpr EndWord end[] = {{"end"}};
     const bool word = token.type == TokenType::Keyword;
-    if (word && !core.AtSection() && WordList(end).Nearest(token.text)) return AddExpected(diagnostic, errors, end);
-    if (open.empty()) return;
+    if (ExplainMisspeltEnd(diagnostic, errors) || open.empty()) return;
     const bool property = word && errors.CurrentSection()->section->words().Has(token.text);
     AddNote(diagnostic, "The rows begin here and have no END.", errors.record.PlaceOf(open.back().place),
             open.back().word.size());
@@ -180,6 +187,14 @@ void ExplainRowNumber(Diagnostic& diagnostic, ErrorCollector& errors) {
     if (!ExplainForeignText(diagnostic, errors)) ExplainRowShape(diagnostic, errors);
 }
 
+bool ExplainMisspeltEnd(Diagnostic& diagnostic, ErrorCollector& errors) {
+    const ReaderCore& core = errors.Core();
+    const bool word = core.token.type == TokenType::Keyword && !core.AtSection();
+    if (!word || !WordList(end).Nearest(core.token.text)) return false;
+    AddExpected(diagnostic, errors, end);
+    return true;
+}
+
 void ExplainTooFewRows(Diagnostic& diagnostic, ErrorCollector& errors) {
     const ReaderCore& core = errors.Core();
     if (ExplainForeignText(diagnostic, errors)) return;
@@ -207,15 +222,16 @@ void ExplainTooManyRows(Diagnostic& diagnostic, ErrorCollector& errors) {
 }
 
 void ExplainSamples(Diagnostic& diagnostic, ErrorCollector& errors) {
-    constexpr int notANumber = 118;
     const Token& token = errors.Core().token;
-    if (diagnostic.code != notANumber) {
+    const bool word = token.type == TokenType::Keyword;
+    if (word && !errors.Core().IsKeyword("end") && EndsRows(errors)) return ExplainRowsEnd(diagnostic, errors);
+    if (diagnostic.code != M::NumericalValueExpected.code) {
         if (errors.OpenProperties().empty()) return AddNote(diagnostic, "The count was raised after the samples.");
         return TellCount(diagnostic, errors, 1);
     }
     if (token.type == TokenType::String && ExplainNoNumber(diagnostic, errors)) return;
-    if (token.type == TokenType::Keyword) return ExplainRowsEnd(diagnostic, errors);
-    AddNote(diagnostic, "Between 'data' and its END stand numbers alone.");
+    AddNote(diagnostic,
+            (word ? '\'' + token.text + "' is no number. " : "") + "Between 'data' and its END stand numbers alone.");
 }
 
 void ExplainNoEnd(Diagnostic& diagnostic, ErrorCollector& errors) {

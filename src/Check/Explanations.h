@@ -72,6 +72,8 @@ void ExplainRowNumber(Diagnostic& diagnostic, ErrorCollector& errors);
 void ExplainTooFewRows(Diagnostic& diagnostic, ErrorCollector& errors);
 void ExplainTooManyRows(Diagnostic& diagnostic, ErrorCollector& errors);
 void ExplainSamples(Diagnostic& diagnostic, ErrorCollector& errors);
+/// What is likely a misspelt END of rows: false for anything else.
+bool ExplainMisspeltEnd(Diagnostic& diagnostic, ErrorCollector& errors);
 /// An END that is missing.
 void ExplainNoEnd(Diagnostic& diagnostic, ErrorCollector& errors);
 

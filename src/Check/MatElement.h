@@ -43,7 +43,6 @@ void ExplainWholeSize(Diagnostic& diagnostic, const MatElement& element);
 /// How a matrix becomes one of 16-bit integers.
 inline constexpr const char* howToStoreIndices =
     "Indices: MATLAB's save -v6 stores a matrix of class double as 16-bit integers if all its numbers are whole and "
-    "one "
-    "needs 16 bits and a sign, such as a fourth column of -1000: idx = [x y z repmat(-1000, n, 1)].";
+    "one needs 16 bits and a sign, such as a fourth column of -1000: idx = [x y z repmat(-1000, n, 1)].";
 
 }  // namespace orvalo

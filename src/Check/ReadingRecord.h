@@ -29,6 +29,8 @@ struct PropertyRecord {
     /// Whether it is one of a table that is written inside the section.
     bool nested = false;
     ReadPlace place;
+    /// Whether an error was found in it.
+    bool failed = false;
     /// The first token of the value.
     ReadPlace valuePlace;
     /// The token that reading it left current: the last one of the value, unless that is a list of words.

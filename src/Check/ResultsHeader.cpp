@@ -146,8 +146,11 @@ std::optional<MeantColumns> FindMeantColumns(std::string_view line) {
                       JoinedNames(first).size());
     }
     if (!meant && written.indices == 0) meant = Misplaced(text, written.names);
-    if (!marked) return meant;
+    // A file needs values besides its indices.
+    const bool valueless = meant && meant->columns.values == 0;
+    if (!marked) return valueless ? std::nullopt : meant;
     if (!meant) meant = Meant(written.names, "", 0, 0);
+    if (valueless) meant->line.reset();
     meant->why =
         "The file begins with a byte order mark (BOM), which becomes part of the first name: save it as UTF-8 "
         "without one.";

@@ -52,10 +52,12 @@ void CloseBulkRows(ReaderCore& core, std::uint64_t read, std::uint64_t count) {
 NextRow ResumeInRows(ReaderCore& core, unsigned int numbers, bool full) {
     Lexer& lexer = core.lexer;
     const bool tokenRead = !lexer.HasReadNatural();
+    if (tokenRead && core.MeansEnd()) return NextRow::None;
     if (tokenRead && core.AtWord()) {
         core.Hold();
         return NextRow::None;
     }
+    if (tokenRead && core.token.type == TokenType::Equals) return NextRow::AtThisOne;
     // Where each line holds a number more or less than a row, no row can be told from the next one.
     const std::size_t inLine = lexer.NumbersInLine();
     const bool shifted = inLine + 1 == numbers || inLine == numbers + 1;
@@ -64,6 +66,9 @@ NextRow ResumeInRows(ReaderCore& core, unsigned int numbers, bool full) {
         return NextRow::None;
     }
     if (tokenRead && core.token.type == TokenType::Number && lexer.ReturnToNatural()) return NextRow::AtThisOne;
+    // A row that lacks a number has taken one from the next line, which is a row.
+    if (!tokenRead && inLine == numbers && lexer.IsFirstInLine() && lexer.ReturnToNatural())
+        return NextRow::AfterThisOne;
     lexer.SkipRow();
     return NextRow::AfterThisOne;
 }

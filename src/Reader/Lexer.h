@@ -76,6 +76,8 @@ public:
     bool HasReadNatural() const { return naturalRead_; }
     /// Goes back to the first byte of the last token if it is a natural number that can still be reached.
     bool ReturnToNatural();
+    /// Whether what was read last is the first on its line.
+    bool IsFirstInLine() const;
     /// How many numbers stand in the current line, and in the next one, as far as they were read.
     std::size_t NumbersInLine() const;
     std::size_t NumbersInNextLine() const;

@@ -90,6 +90,10 @@ bool Lexer::ReturnToNatural() {
     return true;
 }
 
+bool Lexer::IsFirstInLine() const {
+    return current_->CurrentLine().find_first_not_of(" \t,") + 1 == current_->Marked().column;
+}
+
 std::size_t Lexer::NumbersInLine() const {
     return CountNumbers(current_->CurrentLine());
 }

@@ -50,9 +50,11 @@ void ReadOutput(ReaderCore& core, const Property<Output> (&properties)[n], std::
     if (given.Lacks(core, properties, always)) {
         ORVALO_RAISE(SectionReader, ReaderMessages::ObligatoryPropNotDefined);
     }
-    if (output.file.fileFormat == matFile && output.file.writeMode == append) {
-        ORVALO_RAISE(SectionReader, ReaderMessages::AppendNotSupportedMAT);
-    }
+    core.Attempt([&] {
+        if (output.file.fileFormat == matFile && output.file.writeMode == append) {
+            ORVALO_RAISE(SectionReader, ReaderMessages::AppendNotSupportedMAT);
+        }
+    });
     const int id = output.shared.id;
     if (!outputs.emplace(id, std::move(output)).second) ORVALO_RAISE(Reader, reused, id);
 }

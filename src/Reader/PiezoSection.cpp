@@ -94,6 +94,7 @@ void ReadPoints(ReaderCore& core, PiezoReading& reading) {
         if (whole && core.IsKeyword("end")) break;
         if (whole) continue;
         if (core.AtSection()) return core.Hold();
+        if (core.MeansEnd()) return;
         ++read;
         core.ResumeOnLaterLine([](std::string_view) { return true; });
     }
@@ -107,7 +108,8 @@ void ReadPoints(ReaderCore& core, PiezoReading& reading) {
 void ReadOwnTable(ReaderCore& core, PiezoReading& reading) {
     Piezo& piezo = reading.piezo;
     const auto table = std::make_shared<Table>();
-    ReadTable(core, *table, reading.model.doublePrecision);
+    // What is missing is told at the table's END, after which the patch goes on.
+    if (!core.Attempt([&] { ReadTable(core, *table, reading.model.doublePrecision); })) return;
     core.Attempt([&] {
         if (!piezo.tables.emplace(table->id, table).second) {
             ORVALO_RAISE(SectionReader, ReaderMessages::TableIDReused, table->id);

@@ -131,6 +131,8 @@ public:
     void ResumeOnLaterLine(bool (*mayBegin)(std::string_view rest));
     /// Passes over the rest of a block, to its END or what ends the section, and leaves that current.
     void SkipBlock();
+    /// Whether the current token is a misspelt END: it then becomes one.
+    bool MeansEnd();
     /// Has the current token read again as the next one.
     void Hold() { held_ = 1; }
     bool IsHeld() const { return held_ > 0; }

@@ -20,11 +20,17 @@ bool LeavesNoToken(int code) {
            (code >= ReaderMessages::LexInvalidChar.code && code <= ReaderMessages::RecursvieInclude.code);
 }
 
+struct Closing {
+    std::string_view word;
+};
+
 }  // namespace
 
 bool ReaderCore::Recovers(const Exception& failure) {
     if (recovery == nullptr || failure.code() == 0 || !recovery->Note(failure)) return false;
-    if (LeavesNoToken(failure.code())) {
+    // An include without a name takes no word that begins a section.
+    const bool wordAfterInclude = failure.code() == ReaderMessages::IncludeFNameMissing.code && AtSection();
+    if (LeavesNoToken(failure.code()) && !wordAfterInclude) {
         token.type = TokenType::None;
         token.text.clear();
         lexer.Recover(failure.code());
@@ -57,6 +63,13 @@ void ReaderCore::TakeHeld() {
     if (--held_ > 0 || heldText_.empty()) return;
     token.text = std::move(heldText_);
     heldText_.clear();
+}
+
+bool ReaderCore::MeansEnd() {
+    static constexpr Closing end[] = {{"end"}};
+    if (token.type != TokenType::Keyword || !WordList(end).Nearest(token.text)) return false;
+    token.text = end[0].word;
+    return true;
 }
 
 void ReaderCore::NextReadableToken() {

@@ -64,7 +64,8 @@ void ReadSamples(ReaderCore& core, Table& table) {
         });
         if (whole && core.IsKeyword("end")) break;
         if (whole) continue;
-        if (core.AtSection()) return core.Hold();
+        if (core.AtWord()) return core.Hold();
+        if (core.MeansEnd()) return;
         if (read == count) return core.SkipBlock();
         store(0.0);
     }

@@ -169,6 +169,9 @@ TEST(ResultsCheck, TellsWhatTheFirstLineShouldBe) {
         {"u\t\tv\n1\t2\n", "308 2:4+0 r1", {"without a name", "->u\tv|"}},
         {"X\tY\tZ\tF\tu\n" + Times(4097, five) + "a\n", "102 4098:1+0 r4097", {"at most 4096 rows", "->x\ty"}},
         {"u\n" + Times(4097, "1\n"), "102 4098:1+0 r4097", {"named x, y, z and f"}},
+        // One that names no values is not what was meant.
+        {names.substr(0, 8) + "\n1\t2\t3\t4\tu\n", "307 2:9+1 r1"},
+        {"X\tY\tZ\tF\n1\t2\t3\t4\n", ""},
         {"X\tY\tZ\tF\tu\n1\t2\t3\t0\ta\n", "near-miss-header 1:1+7, 307 2:9+1 r1"},
         {"x\ty\tz\tf\n1\t2\t3\t4\n", "201 1:1+7", {"at least one column"}},
         {"x\ty", "201 1:1+3", {"line feed"}},
