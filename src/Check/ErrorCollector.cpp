@@ -180,13 +180,17 @@ bool ErrorCollector::MissingIsTold() const {
 
 /// Whether an error that is found once all was read only follows from what is known.
 bool ErrorCollector::FollowsAtEnd(int code) const {
-    if (code == M::ActuatorPiezoNotDefined.code) return unknownSection_ || SectionFailed({"actuator", "piezo"});
-    if (code == M::SensorDumpNotDefined.code) return unknownSection_ || SectionFailed({"sensor", "dump"});
+    const bool unknown = unknownSection_ || (errors_ > 0 && record.sections.empty());
+    if (code == M::ActuatorPiezoNotDefined.code) return unknown || SectionFailed({"actuator", "piezo"});
+    if (code == M::SensorDumpNotDefined.code) return unknown || SectionFailed({"sensor", "dump"});
     if (code == M::TableMissing.code) {
         return unknownSection_ || PropertyUnknown("table", "id") ||
                FindSection("table", "id", core_.subject) != nullptr;
     }
     if (code == M::PiezoTableMissing.code) return PatchTableUnknown();
+    if (code == M::AnalysisNotDefined.code || code == M::MaterialsNotDefined.code || code == M::CubesNotDefined.code) {
+        return unknown;
+    }
     // Without a time step no signal can be generated.
     if (code != M::OutOfMemory.code) return false;
     return !HasSection("analysis") || PropertyUnknown("analysis", "timestep") || PropertyFailed("actuator", "input") ||

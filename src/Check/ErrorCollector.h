@@ -66,6 +66,9 @@ public:
     ReadingRecord record;
     std::vector<PlacedDiagnostic> diagnostics;
 
+    /// Has reading end with the error that is being explained.
+    void End() { ended_ = true; }
+
     /// Has reading leave the line of the error that is being explained.
     void SpoilLine() { spoilt_ = true; }
 

@@ -4,6 +4,7 @@
 
 #include "Check/ErrorCollector.h"
 #include "Check/Explanations.h"
+#include "Check/FileSigns.h"
 #include "Reader/Sections.h"
 
 namespace orvalo {
@@ -103,6 +104,12 @@ void ExplainKeyword(Diagnostic& diagnostic, ErrorCollector& errors) {
 void ExplainSectionName(Diagnostic& diagnostic, ErrorCollector& errors) {
     const ReaderCore& core = errors.Core();
     if (ExplainNeighbours(diagnostic, errors)) return;
+    const char* const results =
+        diagnostic.place.offset == 0 ? LooksLikeResults(errors.Source().From(diagnostic.place)) : nullptr;
+    if (results != nullptr) {
+        AddNote(diagnostic, results);
+        return errors.End();
+    }
     AddExpected(diagnostic, errors, sections, true);
     if (errors.record.sections.empty()) return;
     const SectionRecord& last = errors.record.sections.back();

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <string>
 
+#include "Check/ResultsHeader.h"
 #include "Common/Bytes.h"
 #include "Reader/Sections.h"
 
@@ -95,6 +96,20 @@ const FileSign* FindFileSign(std::string_view bytes) {
                                            [&](const Sign& sign) { return bytes.starts_with(sign.bytes); });
     if (found != std::end(signs)) return &found->sign;
     return IsVersion4(bytes) ? &version4 : nullptr;
+}
+
+const char* LooksLikeResults(std::string_view bytes) {
+    if (bytes.starts_with("MATLAB ")) return "This looks like a MAT-file: results, not a model.";
+    const std::size_t first = bytes.find('\n');
+    if (first == bytes.npos) return nullptr;
+    // Names, and below them numbers.
+    const std::string_view rest = bytes.substr(first + 1);
+    const std::string_view second = rest.substr(0, rest.find('\n'));
+    const bool numbers = !second.empty() && second.find_first_not_of("0123456789+-.eEnaif \t,;\r") == second.npos &&
+                         second.find_first_of("0123456789") != second.npos;
+    return numbers && CountFields(bytes.substr(0, first)) == CountFields(second)
+               ? "This looks like results, not like a model."
+               : nullptr;
 }
 
 bool LooksLikeModel(std::string_view bytes) {
