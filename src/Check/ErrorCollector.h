@@ -100,6 +100,7 @@ private:
     bool PropertyFailed(std::string_view section, std::string_view property) const;
     bool PropertyUnknown(std::string_view section, std::string_view property) const;
     bool PatchTableUnknown() const;
+    void SkipWords();
     void FailLast(std::string_view word);
     bool HasSection(std::string_view word) const;
     bool InOwnTable() const;
