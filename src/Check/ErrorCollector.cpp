@@ -166,6 +166,17 @@ bool ErrorCollector::PatchTableUnknown() const {
     return false;
 }
 
+/// The properties on the line of a character that ends it, such as a comment sign of other formats, are not missing.
+void ErrorCollector::SkipWords() {
+    std::size_t at = 0;
+    std::string line(source_.LineOf(core_.lexer.Place(), at));
+    std::transform(line.begin(), line.end(), line.begin(), ToLower);
+    const WordList words = record.sections.back().section->words();
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (line.find(words[i], at) != std::string::npos) missingTold_.insert({InOwnTable(), words[i]});
+    }
+}
+
 /// Whatever the last property of that word is given, or the last one of all, is not to be relied on.
 void ErrorCollector::FailLast(std::string_view word) {
     auto& properties = record.sections.back().properties;
@@ -205,8 +216,9 @@ bool ErrorCollector::IsOfInclude(int code) {
 
 /// Whether an error that is found once all was read only follows from what is known.
 bool ErrorCollector::FollowsAtEnd(int code) const {
-    if (code == M::ActuatorPiezoNotDefined.code) return unknownSection_ || SectionFailed({"actuator", "piezo"});
-    if (code == M::SensorDumpNotDefined.code) return unknownSection_ || SectionFailed({"sensor", "dump"});
+    const bool unknown = unknownSection_ || (errors_ > 0 && record.sections.empty());
+    if (code == M::ActuatorPiezoNotDefined.code) return unknown || SectionFailed({"actuator", "piezo"});
+    if (code == M::SensorDumpNotDefined.code) return unknown || SectionFailed({"sensor", "dump"});
     if (code == M::TableMissing.code) {
         return unknownSection_ || PropertyUnknown("table", "id") ||
                FindSection("table", "id", core_.subject) != nullptr;
@@ -224,11 +236,18 @@ bool ErrorCollector::Follows(const Exception& failure) const {
     const bool atEnd = code == M::TableMissing.code || code == M::PiezoTableMissing.code;
     const bool samePlace = errors_ > 0 && lastPlace_ == core_.lexer.MarkedPlace();
     if (samePlace && code != M::RecursvieInclude.code && !atEnd && (inSection_ || code == lastCode_)) return true;
-    if (core_.resuming && code >= M::LexInvalidChar.code && code <= M::LexUnexpectedEOL.code) return true;
+    if (core_.resuming && code >= M::LexInvalidChar.code && code <= M::LexUnexpectedEOL.code) {
+        const auto [file, place] = core_.lexer.MarkedPlace();
+        return !inSection_ || (lastPlace_->first == file && lastPlace_->second.line == place.line);
+    }
     // A file that was not read may hold what is missing; or there is not even one section.
-    if (IsOfMissingSection(code)) return unreadInclude_ || (unknownSection_ && record.sections.empty());
+    if (IsOfMissingSection(code)) return unreadInclude_ || (errors_ > 0 && record.sections.empty());
     if (!inSection_) return FollowsAtEnd(code);
     if (code == M::ObligatoryMissing.code || code == M::ObligatoryPropNotDefined.code) return MissingIsTold();
+    // How late a signal may start depends on the time step.
+    if (code == M::InvalidPropertyValue.code && core_.token.value > 0.0 && open_.back().word == "start") {
+        return PropertyUnknown("analysis", "timestep");
+    }
     if (code == M::CountPropertyMissing.code) return record.sections.back().Find("count") != nullptr;
     // Rows in an included file end with it.
     if (code == M::NotEnoughCubes.code && inRows_.count(code) != 0 &&
@@ -268,14 +287,17 @@ bool ErrorCollector::Note(const Exception& failure) {
     ++errors_;
     if (inSection_) record.sections.back().failed = true;
     for (PropertyRecord& property : open_) property.failed = true;
+    if (code == M::LexInvalidChar.code && inSection_) SkipWords();
     // An ID that is taken was likely to be another one, and a number that belongs to nothing to be part of the last.
     if (code == M::TableIDReused.code) FailLast("id");
     if (code == M::UnknownKeyword.code && core_.token.type == TokenType::Number) FailLast({});
     if (code == M::SectionNameExpected.code) unknownSection_ = true;
-    if (IsOfInclude(code)) unknownSection_ = unreadInclude_ = true;
-    const bool number = core_.token.type == TokenType::Number;
-    if (number && (code == M::InvalidMaterialNumber.code || code == M::MaterialIndexReused.code))
-        unknownMaterial_ = true;
+    // The file likely held what was due next: one of the three leading sections, or after these any other.
+    if (IsOfInclude(code)) (HasSection("cubes") ? unknownSection_ : unreadInclude_) = true;
+    const bool materialNumber = code == M::InvalidMaterialNumber.code || code == M::MaterialIndexReused.code;
+    const bool afterMaterials = code == M::SectionNameExpected.code && !record.sections.empty() &&
+                                record.sections.back().section->order == SectionOrder::Materials;
+    if (afterMaterials || (materialNumber && core_.token.type == TokenType::Number)) unknownMaterial_ = true;
     if (core_.row > 0) {
         if (!CountsInSection(code)) return true;
     } else if (++errorsOutsideRows_ >= mostErrors) {

@@ -66,6 +66,9 @@ public:
     ReadingRecord record;
     std::vector<PlacedDiagnostic> diagnostics;
 
+    /// Has reading end with the error that is being explained.
+    void End() { ended_ = true; }
+
     /// Has reading leave the line of the error that is being explained.
     void SpoilLine() { spoilt_ = true; }
 
@@ -98,6 +101,7 @@ private:
     bool PropertyFailed(std::string_view section, std::string_view property) const;
     bool PropertyUnknown(std::string_view section, std::string_view property) const;
     bool PatchTableUnknown() const;
+    void SkipWords();
     void FailLast(std::string_view word);
     bool HasSection(std::string_view word) const;
     bool InOwnTable() const;

@@ -27,7 +27,6 @@ constexpr Mark marks[] = {
     {"\xEF\xBB\xBF", "The file begins with a byte order mark (BOM). Save it as UTF-8 without one.", true},
     {"\xFF\xFE", "The file is UTF-16 text. Save it as UTF-8 or ASCII.", false},
     {"\xFE\xFF", "The file is UTF-16 text. Save it as UTF-8 or ASCII.", false},
-    {"\x89HDF", "This is an HDF5 file, such as MAT-files of version 7.3, not a model.", false},
     {"\x1F\x8B", "The file is compressed by gzip. Unpack it first.", false},
     {"PK\x03\x04", "The file is a ZIP archive. Unpack it first.", false},
 };

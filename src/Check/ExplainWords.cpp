@@ -118,8 +118,11 @@ void ExplainKeyword(Diagnostic& diagnostic, ErrorCollector& errors) {
 void ExplainSectionName(Diagnostic& diagnostic, ErrorCollector& errors) {
     const ReaderCore& core = errors.Core();
     if (ExplainNeighbours(diagnostic, errors)) return;
-    if (errors.record.sections.empty() && LooksLikeResults(errors.Source().From({diagnostic.place.path, 0, 1, 1}))) {
-        return AddNote(diagnostic, "This looks like results, not like a model.");
+    const char* const results =
+        diagnostic.place.offset == 0 ? LooksLikeResults(errors.Source().From(diagnostic.place)) : nullptr;
+    if (results != nullptr) {
+        AddNote(diagnostic, results);
+        return errors.End();
     }
     AddExpected(diagnostic, errors, sections, true);
     if (errors.record.sections.empty()) return;

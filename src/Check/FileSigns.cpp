@@ -7,6 +7,7 @@
 #include <iterator>
 #include <string>
 
+#include "Check/ResultsHeader.h"
 #include "Common/Bytes.h"
 #include "Reader/Sections.h"
 
@@ -97,6 +98,20 @@ const FileSign* FindFileSign(std::string_view bytes) {
     return IsVersion4(bytes) ? &version4 : nullptr;
 }
 
+const char* LooksLikeResults(std::string_view bytes) {
+    if (bytes.starts_with("MATLAB ")) return "This looks like a MAT-file: results, not a model.";
+    const std::size_t first = bytes.find('\n');
+    if (first == bytes.npos) return nullptr;
+    // Names, and below them numbers.
+    const std::string_view rest = bytes.substr(first + 1);
+    const std::string_view second = rest.substr(0, rest.find('\n'));
+    const bool numbers = !second.empty() && second.find_first_not_of("0123456789+-.eEnaif \t,;\r") == second.npos &&
+                         second.find_first_of("0123456789") != second.npos;
+    return numbers && CountFields(bytes.substr(0, first)) == CountFields(second)
+               ? "This looks like results, not like a model."
+               : nullptr;
+}
+
 bool LooksLikeModel(std::string_view bytes) {
     if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
     const std::string first = TakeWord(bytes);
@@ -113,19 +128,6 @@ bool LooksLikeModel(std::string_view bytes) {
         return property || (named && number && section.order == SectionOrder::Materials);
     }
     return false;
-}
-
-bool LooksLikeResults(std::string_view bytes) {
-    if (bytes.starts_with("MATLAB ")) return true;
-    constexpr std::string_view separators = "\t ,;";
-    const std::string_view line = bytes.substr(0, bytes.find_first_of("\r\n"));
-    std::size_t at = 0;
-    for (const char name : {'x', 'y', 'z', 'f'}) {
-        const std::size_t end = std::min(line.find_first_of(separators, at), line.size());
-        if (end != at + 1 || ToLower(line[at]) != name) return false;
-        at = std::min(line.find_first_not_of(separators, end), line.size());
-    }
-    return true;
 }
 
 }  // namespace orvalo

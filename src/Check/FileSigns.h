@@ -14,12 +14,11 @@ struct FileSign {
 /// Goes by the first bytes of the file, of which 128 suffice; null for nothing known.
 const FileSign* FindFileSign(std::string_view bytes);
 
+/// What a file is, if its first bytes, of which a few hundred suffice, are those of results; null for others.
+const char* LooksLikeResults(std::string_view bytes);
+
 /// Whether a file that begins with these bytes, of which a few hundred suffice, is a model: a section with one of its
 /// properties, or an include, behind any comments.
 bool LooksLikeModel(std::string_view bytes);
-
-/// Whether a file that begins with these bytes is results: a MAT-file, or a text whose first line names the columns of
-/// indices.
-bool LooksLikeResults(std::string_view bytes);
 
 }  // namespace orvalo

@@ -14,9 +14,9 @@ namespace orvalo {
 namespace {
 
 constexpr std::string_view mark = "\xEF\xBB\xBF";
-constexpr std::string_view blanks = " \"'";
+constexpr std::string_view blanks = " \"'#%";
 
-/// A name as it would be without what does not count: blanks and quotes around it, capitals.
+/// A name as it would be without what does not count: blanks, quotes and comment signs around it, capitals.
 std::string Plain(std::string_view name) {
     name.remove_prefix(std::min(name.find_first_not_of(blanks), name.size()));
     name = name.substr(0, name.find_last_not_of(blanks) + 1);
@@ -47,8 +47,10 @@ bool IsNumber(const std::string& text) {
 MeantColumns Meant(std::vector<std::string> names, std::string why, std::size_t at, std::size_t length) {
     if (BeginsWithIndices(names)) std::copy(indexNames.begin(), indexNames.end(), names.begin());
     MeantColumns meant;
-    meant.line = JoinedNames(names);
-    meant.columns = NamedColumns(*meant.line);
+    const std::string line = JoinedNames(names);
+    meant.columns = NamedColumns(line);
+    // A file needs values besides its indices.
+    if (meant.columns.values > 0) meant.line = line;
     meant.why = std::move(why);
     meant.at = at;
     meant.length = length;
@@ -60,7 +62,8 @@ std::vector<std::string> Fields(std::string_view line) {
     std::vector<std::string> fields;
     for (std::size_t at = 0; at < line.size();) {
         const std::size_t end = std::min(line.find_first_of(" ,;\t", at), line.size());
-        if (end > at) fields.emplace_back(line.substr(at, end - at));
+        const std::string_view field = line.substr(at, end - at);
+        if (!Plain(field).empty()) fields.emplace_back(field);
         at = end + 1;
     }
     return fields;
@@ -146,11 +149,8 @@ std::optional<MeantColumns> FindMeantColumns(std::string_view line) {
                       JoinedNames(first).size());
     }
     if (!meant && written.indices == 0) meant = Misplaced(text, written.names);
-    // A file needs values besides its indices.
-    const bool valueless = meant && meant->columns.values == 0;
-    if (!marked) return valueless ? std::nullopt : meant;
+    if (!marked) return meant;
     if (!meant) meant = Meant(written.names, "", 0, 0);
-    if (valueless) meant->line.reset();
     meant->why =
         "The file begins with a byte order mark (BOM), which becomes part of the first name: save it as UTF-8 "
         "without one.";

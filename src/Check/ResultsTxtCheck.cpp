@@ -126,8 +126,8 @@ void ResultsTxtCheck::AddRowError(const TextLine& line, RowEnd end, unsigned int
 /// Whether the row is right, or nearly so, for the columns that the first line was meant to name. Reading then goes on
 /// with these.
 bool ResultsTxtCheck::ExplainByHeader(Diagnostic& diagnostic, const TextLine& line) {
-    if (!meant_ || !meant_->line || meant_->columns.names.size() == columns_.names.size()) return false;
-    const bool fits = Read(line, meant_->columns).end == RowEnd::Whole;
+    if (!meant_ || meant_->columns.names.size() == columns_.names.size()) return false;
+    const bool fits = meant_->line && Read(line, meant_->columns).end == RowEnd::Whole;
     // A file whose rows are separated as its names are has one mistake.
     const bool separated = columns_.names.size() == 1 && CountFields(TextOf(line)) == meant_->columns.names.size();
     if (!fits && !separated) return false;

@@ -130,9 +130,15 @@ void ReaderCore::ResumeAtSection() {
             return;
         }
     }
-    // An END that closes nothing stands on its own. A section that nobody knows may have properties that are called as
-    // sections are: it ends at an END before a section.
-    if (IsKeyword("end")) return NextReadableToken();
+    // An END that closes nothing may stand on its own, or too early in a list, which then has another one. A section
+    // that nobody knows may have properties that are called as sections are: it ends at an END before a section.
+    if (IsKeyword("end")) {
+        NextReadableToken();
+        if (token.type == TokenType::Keyword || AtSection()) return;
+        while (token.type != TokenType::Keyword && !AtSection()) NextReadableToken();
+        if (IsKeyword("end")) NextReadableToken();
+        return;
+    }
     const bool unknownSection = token.type == TokenType::Keyword;
     for (bool mayBegin = !unknownSection;; mayBegin = !unknownSection || IsKeyword("end")) {
         NextReadableToken();

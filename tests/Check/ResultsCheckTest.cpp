@@ -171,7 +171,10 @@ TEST(ResultsCheck, TellsWhatTheFirstLineShouldBe) {
         {"u\n" + Times(4097, "1\n"), "102 4098:1+0 r4097", {"named x, y, z and f"}},
         // One that names no values is not what was meant.
         {names.substr(0, 8) + "\n1\t2\t3\t4\tu\n", "307 2:9+1 r1"},
-        {"X\tY\tZ\tF\n1\t2\t3\t4\n", ""},
+        {"X\tY\tZ\tF\n1\t2\t3\t4\n", "near-miss-header 1:1+7"},
+        {"X Y Z F\n1 2 3 4\n", "307 2:2+6 r1", {"by blanks", "The same goes"}},
+        {"# x y z u\n1e0 2 3 4\n", "307 2:4+6 r1", {"by blanks", "->x\ty\tz\tu|"}},
+        {"# x\ty\tz\tf\tu\n1\t2\t3\t4\t5\n", "near-miss-header 1:1+9", {"exactly", "->x\ty\tz\tf\tu|"}},
         {"X\tY\tZ\tF\tu\n1\t2\t3\t0\ta\n", "near-miss-header 1:1+7, 307 2:9+1 r1"},
         {"x\ty\tz\tf\n1\t2\t3\t4\n", "201 1:1+7", {"at least one column"}},
         {"x\ty", "201 1:1+3", {"line feed"}},
