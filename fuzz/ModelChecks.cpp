@@ -23,7 +23,7 @@ bool IsZero(const unsigned char* bytes, std::size_t size) {
     return true;
 }
 
-/// How many of the records hold a row: those behind them stay zero, and no row has material 0.
+/// How many of the records hold a row: those after them stay zero, and no row has material 0.
 template <class Record>
 std::size_t CheckRecords(const unsigned char* bytes, RecordRange<Record> records, const Model& model, bool cubesOnly) {
     // A count that the file merely claims is address space that nobody should walk.

@@ -3,7 +3,7 @@
 
 #include "ResultsFuzzing.h"
 
-/// The input is what stands behind a right header, which then need not be found again by every mutation. (The check of
+/// The input is what stands after a right header, which then need not be found again by every mutation. (The check of
 /// the header itself is within reach of the text fuzzer and its dictionary.)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr std::string_view text = "MATLAB 5.0 MAT-file";

@@ -124,9 +124,9 @@ static_assert(std::ranges::adjacent_find(catalogue, std::ranges::greater_equal{}
                   catalogue.end(),
               "codes ascend, so that none is used twice");
 
-/// Whether there is a message of that code from `first` on and before `behind`.
-bool IsFrom(const ExceptionMessage& first, const ExceptionMessage& behind, int code) {
-    return code >= first.code && code < behind.code && FindMessage(code) != nullptr;
+/// Whether there is a message of that code from `first` on and before `end`.
+bool IsFrom(const ExceptionMessage& first, const ExceptionMessage& end, int code) {
+    return code >= first.code && code < end.code && FindMessage(code) != nullptr;
 }
 
 }  // namespace

@@ -26,12 +26,12 @@ inline std::uint64_t WithMaterial(std::uint64_t packed, unsigned int material) {
 }
 
 /// Writes a cube record as one 8-byte store. The eighth byte falls on the start of the next record, which is written
-/// later, or on the byte of slack behind the last one.
+/// later, or on the byte of slack after the last one.
 inline void StoreCube(unsigned char* record, std::uint64_t packed) {
     std::memcpy(record, &packed, sizeof packed);
 }
 
-/// Zeroed records with a byte of slack behind them: clients may read the last 7-byte record as an 8-byte Cube, and
+/// Zeroed records with a byte of slack after them: clients may read the last 7-byte record as an 8-byte Cube, and
 /// StoreCube writes as many. Null when they do not fit memory.
 inline std::shared_ptr<unsigned char[]> AllocateRecords(std::size_t count, std::size_t stride) {
     if (count > (std::numeric_limits<std::size_t>::max() - 1) / stride) return nullptr;

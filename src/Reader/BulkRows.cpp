@@ -38,7 +38,7 @@ void CloseBulkRows(ReaderCore& core, std::uint64_t read, std::uint64_t count) {
         core.recovery->RowsRead(read);
         core.rowLimit = 0;
     }
-    // What stands behind the last row is no row.
+    // What stands after the last row is no row.
     if (read == count) core.row = 0;
     core.NextToken();
     if (core.IsKeyword("end")) {

@@ -21,7 +21,7 @@ struct BulkPosition {
 /// InvalidXCoordinate, InvalidYCoordinate and InvalidZCoordinate.
 bool ReadBulkPosition(ReaderCore& core, std::uint64_t read, std::uint64_t count, BulkPosition& position);
 
-/// Reads the token behind the rows, which must be the END of the rows; that of a short list will do. Throws
+/// Reads the token after the rows, which must be the END of the rows; that of a short list will do. Throws
 /// NotEnoughCubes or SectionClosingExpected.
 void CloseBulkRows(ReaderCore& core, std::uint64_t read, std::uint64_t count);
 

@@ -91,7 +91,7 @@ public:
     std::uint64_t uncountedLineFeeds = 0;
 
     /// The next byte to read. There is always one to look at: a NUL stands at `end`, and scanningSlack bytes more may
-    /// be looked at behind it.
+    /// be looked at after it.
     const char* cursor = nullptr;
     const char* end = nullptr;
 

@@ -33,7 +33,7 @@ public:
             lexer.NextToken(token);
         }
     }
-    /// The token of a property's value: the next one, behind an optional `=`.
+    /// The token of a property's value: the next one, after an optional `=`.
     void NextValue();
 
     bool IsKeyword(std::string_view text) const { return token.type == TokenType::Keyword && token.text == text; }

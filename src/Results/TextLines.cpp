@@ -51,7 +51,7 @@ bool TextLines::HasWholeLine() {
     return searched_ != dataEnd_ || dataEnd_ - begin_ > longestLine;
 }
 
-/// Reads on, behind what is not handed out yet. False at the end.
+/// Reads on, after what is not handed out yet. False at the end.
 bool TextLines::Fill() {
     if (ended_) return false;
     stop_.Check();

@@ -11,7 +11,7 @@
 namespace orvalo {
 
 /// A line of a text file, without its newline. `*end` may be read: it is no part of a number, and at least eight more
-/// bytes may be read behind it.
+/// bytes may be read after it.
 struct TextLine {
     const char* begin;
     const char* end;

@@ -165,6 +165,22 @@ TEST(Warnings, KeepQuietAboutWhatErrorsLeaveOpen) {
               "error 122 8:5+1 row 2 note, duplicate-cell 12:35+5 row 2 note 12:22");
 }
 
+/// After the first error a check that ends there warns of nothing; where there is none it does.
+TEST(Warnings, AreLeftOutOnRequest) {
+    const std::string warned = support::Replaced(valid, "10 1 1 2 1", "9 1 1 1 1");
+    const std::string wrong = support::Replaced(warned, "2 1 1 1\n", "2 1 x 1\n");
+    CheckOptions options;
+    const auto told = [&](const std::string& text) {
+        return Told(CheckModel(support::WriteFile("warned.model", text), options));
+    };
+    options.firstOnly = true;
+    EXPECT_EQ(told(warned), Check(warned));
+    EXPECT_NE(told(warned), "");
+    EXPECT_EQ(told(wrong), "error 122 8:5+1 row 2 note");
+    options.warnings = false;
+    EXPECT_EQ(told(warned), "");
+}
+
 TEST(Warnings, LeaveTheExampleAlone) {
     // Its temperatures are there for one of its materials.
     EXPECT_EQ(Told(CheckModel(ORVALO_EXAMPLES "/plate/plate.model")),

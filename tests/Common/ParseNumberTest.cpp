@@ -63,8 +63,8 @@ TEST(ParseNumber, TakesTheLongestPrefixThatStrtodTakes) {
         number = std::regex_replace(number, std::regex("#"), std::string(400, '0'));
         number = std::regex_replace(number, std::regex("@"), std::string(800, '9'));
         for (const char* const before : {"", "-", "+", " \t\n\v\f\r", " -"}) {
-            for (const char* const behind : {"", "\t1", "\n", "e", "x"})
-                EXPECT_TRUE(LikeStrtod(before + number + behind));
+            for (const char* const after : {"", "\t1", "\n", "e", "x"})
+                EXPECT_TRUE(LikeStrtod(before + number + after));
         }
     }
     EXPECT_TRUE(LikeStrtod("\x85 1"));

@@ -77,6 +77,7 @@ Attempt ReadsInOneCall(const std::string& path, bool isModel, const ReadOptions&
             if (!isModel) return ReadResults(path, options) != nullptr ? 0 : -1;
             return ReadModel(path, options).cubes.CubesCount() > 0 ? 0 : -1;
         } catch (const ReadError& failure) {
+            EXPECT_TRUE(failure.Row() == 0 || !(failure.Place() == InputPlace()));
             return failure.code();
         } catch (const Exception& failure) {
             return isModel && failure.code() != 0 ? -1 : failure.code();

@@ -19,7 +19,7 @@ TEST(BulkRows, ReportPlacesByTheirOwnCount) {
     const std::string head = "CUBES count 2 format 0 data";
     const std::string warm = "CUBES count 2 format 1 data";
     const std::tuple<int, std::string, std::uint64_t, std::uint64_t, std::uint64_t> table[] = {
-        // The place of `data` while reading rows, that of the token behind them after it.
+        // The place of `data` while reading rows, that of the token after them afterwards.
         {122, head + "\n1 1 1 1\n10 20 @40000 1\nEND END\n", 1, 24, 2},
         {133, head + "\n1 1 1 1\n1 1 1 1\n@x", 3, 2, 0},
         {133, head + "\r\n1 1 1 1\r\n1 1 1 1\r\n@x", 4, 2, 0},

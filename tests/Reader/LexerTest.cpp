@@ -57,7 +57,7 @@ std::string Tokens(const std::string& text, std::size_t bufferSize, bool places,
 using TokensRow = std::pair<std::string, std::string>;
 
 // Counted by hand: every byte read adds a column, a byte put back is counted again, a line feed counts only when the
-// same scan reads on behind it, and the place is that of the last byte read behind a control character or at the start
+// same scan reads on after it, and the place is that of the last byte read after a control character or at the start
 // of the scan.
 const TokensRow placesTable[] = {
     {"", " $@1:1"},

@@ -10,12 +10,12 @@ namespace {
 
 using namespace support;
 
-// Behind whole lines of sections a token is reported where it stands, provided that just one blank precedes it. In bulk
-// rows the report stays at the token before them; a token behind them is one column late, the scan for a number having
+// After whole lines of sections a token is reported where it stands, provided that just one blank precedes it. In bulk
+// rows the report stays at the token before them; a token after them is one column late, the scan for a number having
 // tried its first byte. For the marks see MarkedText.
 //
 // In a row stand the code, what clients see as the error's origin, and the message, in which {dir} is the directory of
-// the files; then texts, each behind a letter for every section before it and the number of the bulk row if there is
+// the files; then texts, each after a letter for every section before it and the number of the bulk row if there is
 // one.
 const auto table = Rows(R"(
 102 Cubes: Out of memory. | AM CUBES count 9e18 format 0 @data 1 1 1 1 END END | AMC DAMPING count 9e18 @data

@@ -92,7 +92,7 @@ ANALYSIS/include "inc.model"/ | cellsize/0  | line 1, column 10:/Invalid provert
 \  include "inc.model" | \,include "m.model" | line 2, column 10:/Recursive include found. | inc.model | 2:10+11
 // Paths are the same in whatever case.
 include "inc.model" | \include "Inc.model" | line 2, column 9:/Recursive include found. | inc.model | 2:9+10
-// A token must be whole before an include, and bulk rows never go on behind the end of their file.
+// A token must be whole before an include, and bulk rows never go on past the end of their file.
 CUBES count 2 format 0 include "inc.model" 1 1 1 1 END END | data 1 1 1 1/
   | line 1, column 43:/Not enough cubes defined (1 missing) | m.model | 1:44+43
 include "inc.model"\ | % nothing/ | line 2, column 1:/ANALYSIS section not defined. | m.model | 2:1+21

@@ -101,10 +101,11 @@ TEST(QueriesWithoutRows, Fail) {
 }
 
 TEST(QueriesByCell, FindEveryCellOfABoxWithHoles) {
-    // Cells that share leaves of the lookup and cells far apart, with coordinates over the whole 16-bit range.
-    std::vector<short> x;
-    std::vector<short> y;
-    std::vector<short> z;
+    // A cell that has its leaf of the lookup for itself, cells that share leaves and cells far apart, with coordinates
+    // over the whole 16-bit range.
+    std::vector<short> x = {-32768};
+    std::vector<short> y = {4};
+    std::vector<short> z = {6};
     for (int i = -32768; i <= 32767; i += 13) {
         x.push_back(static_cast<short>(i));
         y.push_back(static_cast<short>(i / 13 % 5));
@@ -119,6 +120,8 @@ TEST(QueriesByCell, FindEveryCellOfABoxWithHoles) {
     for (std::size_t i = 0; i < x.size(); ++i) {
         ASSERT_EQ(results->ExValueGet(0, x[i], y[i], z[i]), numbers[i]);
         ASSERT_EQ(results->SafeValueGet(0, x[i] + 1, y[i], z[i], -1), -1);
+        // At the same place of another leaf.
+        ASSERT_EQ(results->SafeValueGet(0, x[i] + 512, y[i], z[i], -1), -1);
     }
 }
 

@@ -128,7 +128,7 @@ TEST(ResultsMat, ChecksEveryField) {
     cases.push_back({values.Bytes({{1, 0x80000030U}, {8, 0x08000000U}, {11, 0x80000000U}}), unreadable});
     cases.push_back({indices.Bytes({{1, 4200000048U}, {8, 700000000U}, {11, 4200000000U}}), unreadable});
     cases.push_back({Values(9, std::vector<double>(9)).Bytes({{1, 48 + 72 * 8}, {8, 8}, {11, 72 * 8}}), unreadable});
-    // The element's name: its tag stands behind the first ten words.
+    // The element's name: its tag stands after the first ten words.
     const auto name = [&](const std::vector<std::uint32_t>& tag, const std::string& outcome) {
         cases.push_back({values.Bytes().replace(40, tag.size() * 4, MatMatrix::Words(tag)), outcome});
     };

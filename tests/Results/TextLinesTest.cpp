@@ -11,7 +11,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// The lines of a file, "$" for a newline at the end of one, read in steps of `readSize` behind `alreadyRead` bytes.
+/// The lines of a file, "$" for a newline at the end of one, read in steps of `readSize` after `alreadyRead` bytes.
 std::vector<std::string> Lines(const std::string& content, std::size_t readSize, std::size_t alreadyRead = 0) {
     platform::InputFile file;
     EXPECT_TRUE(file.Open(support::WriteFile("results", content)));

@@ -215,6 +215,13 @@ class ToolTest(unittest.TestCase):
                 self.assert_text(done.stdout.decode(), out)
                 self.assertEqual(done.returncode, status)
 
+    def test_every_section_begins_a_model(self):
+        sections = re.findall(r'^    \{"(\w+)", "', (ROOT / 'src/Reader/Sections.h').read_text(), re.M)
+        self.assertGreater(len(sections), 9)
+        for word in sections + ['include']:
+            (self.directory / 'file').write_text(word + '\tid\t1\n')
+            self.assertEqual(self.run_json('check file', 1)[0]['kind'], 'model', word)
+
     def test_check_as_json(self):
         self.write({'bad.model': HEAD + 'CUBES count 2 format 0 data\n1 1 1 1\n1 1 70000 1 END END\n' + TAIL,
                     'w.model': HEAD + 'include "W.cubes"\n' + TAIL.replace('force', 'forc').replace('output', 'outptu'),

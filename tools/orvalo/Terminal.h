@@ -9,5 +9,5 @@ bool IsTerminal(std::FILE* stream);
 /// Whether colour is welcome there: on a terminal, unless the user has set NO_COLOR to anything.
 bool WantsColour(std::FILE* stream);
 
-/// Columns of the terminal behind a stream; 80 where it does not say.
+/// Columns of the terminal that a stream goes to; 80 where it does not say.
 std::size_t TerminalWidth(std::FILE* stream);
