@@ -142,6 +142,8 @@ inline const Mistake explainedMistakes[] = {
     {"0.33\nEND", "0.33", 145, "8:1", {"5 MATERIALS begins here and has no END", "8 -> END"}},
     // Rows.
     {"count = 3", "count = 2", 156, "15:5", {"10 The count says 2 rows", "15 3 rows in all", "10 -> 3"}, true},
+    {"    3 1 1 2\n", "    3 1 1 2\n    4 1 1 2\n    5 1 1 x\n", 156, "16:5", {"10 The count says 3 rows"}, true},
+    {"shape point\n", "shape pont\n", 123, "41:9", {"mean point", "41 -> point"}},
     {"format = 0", "format = 1", 151, "15:5", {"13 This line has 4 numbers", "11 In format 1", "11 -> 0"}, true},
     {" 1 1 1 1\n    2 1 1 1\n    3 1 1 2",
      " 1 1 1 1 5.5\n    2 1 1 1 5.5\n    3 1 1 2 5.5",

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Common/Platform.h"
 #include "Faults/Faults.h"
 #include "Faults/Subjects.h"
 
@@ -96,6 +97,12 @@ TEST(FailingReads, AFileThatShrinksIsAShortFile) {
             ASSERT_EQ(shrunk, subject.read(Write(subject, end))) << subject.name << ", end " << end;
         }
     }
+}
+
+TEST(FailingReads, HaveTheReasonOfTheSystem) {
+    // The first page of every process.
+    EXPECT_EQ(platform::WhyUnreadable("/proc/self/mem"), "Input/output error");
+    EXPECT_EQ(platform::WhyUnreadable("/proc/self/maps"), "");
 }
 
 }  // namespace
