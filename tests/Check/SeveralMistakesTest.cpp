@@ -299,22 +299,14 @@ bool Hides(const Base& base, const Edit& a, const Edit& b) {
     // A file that is not included may hold the table that is missing. A time step tells how late a signal may start;
     // one that lacks something is not generated.
     static const std::vector<std::pair<int, std::vector<int>>> hidden = {
-        {103, {177}},
-        {104, {177}},
-        {110, {177}},
-        {113, {161, 163, 164, 177, 181}},
-        {159, {102, 163}},
-        {178, {163}},
-        {161, {176, 177}},
-        {145, {121, 146, 151, 155}},
-        {146, {151}},
-        {118, {102, 119}},
-        {119, {102, 119}},
-        {132, {105, 151, 183}},
-        {112, {127}},
-        {115, {130, 131, 162, 176}},
-        {116, {162, 176}},
-        {102, {102}},
+        {103, {177}},      {104, {177}},
+        {110, {177}},      {113, {161, 163, 164, 177, 181}},
+        {159, {102, 163}}, {178, {163}},
+        {161, {176, 177}}, {145, {121, 146, 151, 155}},
+        {146, {151}},      {118, {102, 119}},
+        {119, {102, 119}}, {132, {105, 151, 183}},
+        {112, {127}},      {115, {130, 131, 162, 176}},
+        {116, {162, 176}}, {102, {102}},
     };
     const auto isOf = [&](const auto& row) {
         return row.first == a.code && std::find(row.second.begin(), row.second.end(), b.code) != row.second.end();
