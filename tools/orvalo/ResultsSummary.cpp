@@ -153,7 +153,9 @@ CoordinateScan Scan(const orvalo::Results& results) {
 }
 
 std::uint64_t CountByBits(const orvalo::Results& results, const ResultsSummary::Box& box) {
-    const auto [xs, ys, zs] = box.axes;
+    const ResultsSummary::Axis& xs = box.axes[0];
+    const ResultsSummary::Axis& ys = box.axes[1];
+    const ResultsSummary::Axis& zs = box.axes[2];
     const auto width = static_cast<std::size_t>(ys.last - ys.first + 1);
     const auto depth = static_cast<std::size_t>(zs.last - zs.first + 1);
     std::vector<bool> taken(box.cells);
