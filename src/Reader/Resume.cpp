@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "Common/Raise.h"
 #include "Reader/ReaderCore.h"
 #include "Reader/Sections.h"
@@ -87,6 +89,11 @@ bool ReaderCore::ResumeAmong(const WordList& words, bool unknownKeyword) {
         NextReadableToken();
     } while (!isWord() && !AtSection() && !maySection());
     return true;
+}
+
+bool ReaderCore::IsOnNewLine() {
+    const auto last = std::exchange(resumedAt_, lexer.MarkedPlace());
+    return !last || last->first != resumedAt_->first || last->second.line != resumedAt_->second.line;
 }
 
 void ReaderCore::ResumeOnLaterLine(bool (*mayBegin)(std::string_view rest)) {
