@@ -279,7 +279,7 @@ bool ErrorCollector::Note(const Exception& failure) {
     if (ended_) return false;
     if (Follows(failure)) {
         if (inSection_) record.sections.back().failed = true;
-        return true;
+        return inSection_ || ++followedAtEnd_ < mostErrors;
     }
     const int code = failure.code();
     lastPlace_ = core_.lexer.MarkedPlace();

@@ -124,6 +124,8 @@ private:
     std::set<std::pair<bool, std::string_view>> missingTold_;
     std::size_t errors_ = 0;
     std::size_t errorsOutsideRows_ = 0;
+    /// How many were left out that are found once all was read: each takes a search.
+    std::size_t followedAtEnd_ = 0;
     /// Where the last error was that is no consequence, and its code.
     std::optional<std::pair<int, FilePlace>> lastPlace_;
     int lastCode_ = 0;

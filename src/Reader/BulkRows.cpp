@@ -57,7 +57,7 @@ NextRow ResumeInRows(ReaderCore& core, unsigned int numbers, bool full) {
         core.Hold();
         return NextRow::None;
     }
-    if (tokenRead && core.token.type == TokenType::Equals) return NextRow::AtThisOne;
+    if (tokenRead && core.token.type == TokenType::Equals && core.IsOnNewLine()) return NextRow::AtThisOne;
     // Where each line holds a number more or less than a row, no row can be told from the next one.
     const std::size_t inLine = lexer.NumbersInLine();
     const bool shifted = inLine + 1 == numbers || inLine == numbers + 1;

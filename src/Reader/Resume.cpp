@@ -108,6 +108,11 @@ bool ReaderCore::ResumeAmong(const WordList& words, bool unknownKeyword) {
     return true;
 }
 
+bool ReaderCore::IsOnNewLine() {
+    const auto last = std::exchange(resumedAt_, lexer.MarkedPlace());
+    return !last || last->first != resumedAt_->first || last->second.line != resumedAt_->second.line;
+}
+
 void ReaderCore::ResumeOnLaterLine(bool (*mayBegin)(std::string_view rest)) {
     const std::uint64_t line = lexer.MarkedPlace().second.line;
     const auto begins = [&] {

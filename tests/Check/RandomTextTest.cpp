@@ -1,0 +1,102 @@
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <Orvalo3DReader/Check/CheckModel.h>
+
+#include "Reader/Sections.h"
+#include "Support/ModelFiles.h"
+
+namespace orvalo {
+namespace {
+
+using namespace support;
+
+/// Checks what nobody wrote, and demands that the first error is the reader's and that all are in order and in the
+/// file. Returns how many there are, those in rows apart.
+std::size_t CountDiagnostics(const std::string& text, bool warnings) {
+    const std::string path = WriteFile("random.model", text);
+    const Outcome outcome = ReadPath(path);
+    CheckOptions options;
+    options.warnings = warnings;
+    const std::vector<Diagnostic> all = CheckModel(path, options);
+    const auto first =
+        std::find_if(all.begin(), all.end(), [](const Diagnostic& d) { return d.severity == Severity::Error; });
+    EXPECT_EQ(first == all.end() ? 0 : first->code, outcome.code) << outcome.what;
+    if (first != all.end()) EXPECT_EQ(ToText(first->place), ToText(outcome.place));
+    EXPECT_TRUE(std::is_sorted(all.begin(), all.end(), [](const Diagnostic& a, const Diagnostic& b) {
+        return a.place.offset < b.place.offset;
+    }));
+    for (const Diagnostic& d : all) EXPECT_LE(d.place.offset + d.length, text.size()) << d.message;
+    const auto outside = std::count_if(all.begin(), all.end(), [](const Diagnostic& d) { return d.row == 0; });
+    return static_cast<std::size_t>(outside);
+}
+
+TEST(RandomText, EndsAfterAHundredDiagnostics) {
+    std::mt19937 random(11);
+    const auto below = [&random](std::size_t end) { return random() % end; };
+    std::vector<std::string> words = {"\n",    "\n",      "\n",           "0",      "1",  "1.5", "-3",    "1e9",
+                                      "\"a\"", "=",       "end",          "end",    "; ", "#",   "1 1 1", "i",
+                                      "t",     "1 1 1 1", "\xEF\xBB\xBF", "include"};
+    for (const Section& section : sections) {
+        words.emplace_back(section.word);
+        for (std::size_t i = 0; i < section.words().size(); ++i) words.emplace_back(section.words()[i]);
+    }
+    for (int i = 0; i < 400 && !HasFailure(); ++i) {
+        SCOPED_TRACE(i);
+        std::string bytes(below(6000), '\0');
+        for (char& byte : bytes) byte = static_cast<char>(i % 2 == 0 ? below(256) : ' ' + below(95));
+        EXPECT_LE(CountDiagnostics(bytes, true), 100U);
+        std::string soup = i % 2 == 0 ? "" : Sections("AMC");
+        for (std::size_t left = below(3000); left > 0; --left) soup += words[below(words.size())] + ' ';
+        EXPECT_LE(CountDiagnostics(soup, false), 100U);
+    }
+}
+
+std::string Times(std::size_t count, const std::string& text) {
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i) all += text;
+    return all;
+}
+
+double SecondsOf(const std::string& text) {
+    const std::string path = WriteFile("long.model", text);
+    const auto start = std::chrono::steady_clock::now();
+    CheckModel(path);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+TEST(RandomText, TakesTimeInProportion) {
+    const std::string rows =
+        "ANALYSIS cellsize 1 timestep 0.1 END MATERIALS 1 0 \"s\" 1 1 1 END CUBES count 9999999 "
+        "format 0 data\n";
+    const std::string wave = "ACTUATOR shape point position 1 1 1 input wave method force table ";
+    const std::function<std::string(std::size_t)> texts[] = {
+        [&](std::size_t n) { return rows + Times(n, "1 1 x 1\n"); },
+        [&](std::size_t n) { return rows + Times(n, "1 1 1 7\n"); },
+        [&](std::size_t n) { return rows + Times(n, "= 1 1 1 1 "); },
+        [&](std::size_t n) { return rows + Times(n, "1 1 x 1 "); },
+        [&](std::size_t n) { return rows + Times(n, "; x\n1 1 1 1\n"); },
+        [&](std::size_t n) { return Sections("AMC") + Times(n, "TABLE id 1 count 1 data x END END\n"); },
+        [&](std::size_t n) { return Sections("AMC") + "TABLE id " + Times(n, "x "); },
+        [&](std::size_t n) {
+            std::string text = Sections("AMC") + "TABLE id x count 1 data 1 END END\n";
+            for (std::size_t i = 1; i < n; ++i) text += wave + std::to_string(i) + " END\n";
+            return text;
+        },
+        [&](std::size_t n) { return Times(n, "\" \xFF 1 "); },
+    };
+    for (const auto& text : texts) {
+        constexpr std::size_t small = 4000;
+        const double once = SecondsOf(text(small));
+        EXPECT_LT(SecondsOf(text(8 * small)), 8 * 4 * once + 0.05) << text(1).substr(0, 300);
+    }
+}
+
+}  // namespace
+}  // namespace orvalo
