@@ -90,7 +90,8 @@ using Key = std::uint64_t;
 constexpr int coordinateBits = 16;
 
 Key CoordinateBits(int coordinate) {
-    return static_cast<Key>(coordinate + (1 << (coordinateBits - 1)));
+    const int shifted = coordinate + (1 << (coordinateBits - 1));
+    return static_cast<Key>(shifted);
 }
 
 Key KeyOf(int first, int second, int third) {
@@ -156,8 +157,8 @@ std::uint64_t CountByBits(const orvalo::Results& results, const ResultsSummary::
     const ResultsSummary::Axis& xs = box.axes[0];
     const ResultsSummary::Axis& ys = box.axes[1];
     const ResultsSummary::Axis& zs = box.axes[2];
-    const auto width = static_cast<std::size_t>(ys.last - ys.first + 1);
-    const auto depth = static_cast<std::size_t>(zs.last - zs.first + 1);
+    const auto width = static_cast<std::size_t>(ys.last - ys.first) + 1;
+    const auto depth = static_cast<std::size_t>(zs.last - zs.first) + 1;
     std::vector<bool> taken(box.cells);
     std::uint64_t count = 0;
     CoordinateBlock block;

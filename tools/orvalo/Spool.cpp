@@ -25,11 +25,11 @@ struct CloseFile {
 };
 using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
-/// A directory of that nobody else may look into.
+/// A directory that nobody else may look into.
 fs::path MakeDirectory() {
     std::random_device random;
     for (int attempt = 0; attempt < 100; ++attempt) {
-        const fs::path directory = fs::temp_directory_path() / fmt::format("orvalo-{:08x}{:08x}", random(), random());
+        fs::path directory = fs::temp_directory_path() / fmt::format("orvalo-{:08x}{:08x}", random(), random());
         if (!fs::create_directory(directory)) continue;
         fs::permissions(directory, fs::perms::owner_all);
         return directory;
