@@ -41,6 +41,10 @@ TEST(OneCall, ReadsResultsAsAsked) {
     EXPECT_EQ(Describe(*ReadResults(file, options)), "1x1+0 | ; 1");
     EXPECT_EQ(percent, 100.0F);
     EXPECT_THROW(ReadResults(file + "x"), Exception);
+    CheckOptions checking;
+    checking.percentRead = &(percent = 0);
+    EXPECT_TRUE(CheckResults(file, checking).empty());
+    EXPECT_EQ(percent, 100.0F);
 }
 
 TEST(OneCall, ErrorsKnowTheirPlace) {
