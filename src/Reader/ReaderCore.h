@@ -129,8 +129,8 @@ public:
     /// After an error in something that stands on a line of its own: holds the first number of a later line of which
     /// `mayBegin` takes the rest, or END, or what ends the section.
     void ResumeOnLaterLine(bool (*mayBegin)(std::string_view rest));
-    /// Whether the current token is on another line than the last one that this was asked of: so that a line without end
-    /// is not gone through again and again.
+    /// Whether the current token is on another line than the last one that this was asked of: so that a line without
+    /// end is not gone through again and again.
     bool IsOnNewLine();
     /// Passes over the rest of a block, to its END or what ends the section, and leaves that current.
     void SkipBlock();
