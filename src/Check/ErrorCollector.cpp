@@ -16,7 +16,7 @@ namespace {
 using M = ReaderMessages;
 
 /// Enough for any file that somebody wrote, and an end to those that nobody did.
-constexpr std::size_t mostErrors = 99;
+constexpr std::size_t maxErrors = 99;
 
 }  // namespace
 
@@ -163,7 +163,7 @@ bool ErrorCollector::Note(const Exception& failure) {
     if (ended_) return false;
     if (Follows(failure)) {
         if (inSection_) record.sections.back().failed = true;
-        return inSection_ || ++followedAtEnd_ < mostErrors;
+        return inSection_ || ++followedAtEnd_ < maxErrors;
     }
     const int code = failure.code();
     lastPlace_ = core_.lexer.MarkedPlace();
@@ -184,7 +184,7 @@ bool ErrorCollector::Note(const Exception& failure) {
     if (afterMaterials || (materialNumber && core_.token.type == TokenType::Number)) unknownMaterial_ = true;
     if (core_.row > 0) {
         if (!CountsInSection(code)) return true;
-    } else if (++errorsOutsideRows_ >= mostErrors) {
+    } else if (++errorsOutsideRows_ >= maxErrors) {
         ended_ = true;
     }
     Add(failure);

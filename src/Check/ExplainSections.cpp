@@ -140,12 +140,12 @@ void ExplainReusedID(Diagnostic& diagnostic, ErrorCollector& errors) {
 
 void ExplainUndefinedTable(Diagnostic& diagnostic, ErrorCollector& errors) {
     const double id = errors.Core().subject;
-    constexpr int mostUses = 3;
+    constexpr int maxUses = 3;
     int uses = 0;
     const std::string tables = IDsOf(errors.record, "table");
     for (const SectionRecord& section : errors.record.sections) {
         const PropertyRecord* const table = section.section->word == "actuator" ? section.Find("table") : nullptr;
-        if (table == nullptr || table->value != id || ++uses > mostUses) continue;
+        if (table == nullptr || table->value != id || ++uses > maxUses) continue;
         const InputPlace place = errors.record.PlaceOf(table->valuePlace);
         const std::size_t length = errors.Source().TokenAt(place).size();
         AddNote(diagnostic, "Table " + Shown(id) + " is used here.", place, length);

@@ -18,7 +18,7 @@ const FileSign* FindFileSign(std::string_view bytes);
 const char* LooksLikeResults(std::string_view bytes);
 
 /// Whether a file that begins with these bytes, of which a few hundred suffice, is a model: a section with one of its
-/// properties, or an include, behind any comments.
+/// properties, or an include, after any comments.
 bool LooksLikeModel(std::string_view bytes);
 
 }  // namespace orvalo

@@ -36,7 +36,7 @@ bool BeginsWithIndices(const std::vector<std::string>& names) {
 }
 
 bool IsNumber(const std::string& text) {
-    // Behind the text stand bytes that end every number, as many as the conversion may look at.
+    // After the text stand bytes that end every number, as many as the conversion may look at.
     const std::string padded = text + std::string(16, '\0');
     double value = 0;
     const char* const end = padded.data() + text.size();

@@ -77,7 +77,7 @@ bool ResultsMatCheck::CheckHead(MatElement& element) {
         return false;
     }
     if (element.head.fixed == accepted) return true;
-    // The name stands behind the dimensions, however many there are.
+    // The name stands after the dimensions, however many there are.
     const std::uint32_t dimensions = element.head.fixed[5];
     MatElement named = element;
     if (dimensions >= 8 && dimensions <= 64 && element.head.fixed[4] == miInt32) {

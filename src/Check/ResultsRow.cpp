@@ -37,7 +37,7 @@ ResultsField FieldAt(const Walk& walk, const char* odd, const TextLine& line, bo
     return {isIndex, walk.columns, {begin, end}, static_cast<std::size_t>(std::max(odd, begin) - begin)};
 }
 
-/// Goes on behind the field found last, to the next one that is no number.
+/// Goes on after the field found last, to the next one that is no number.
 void FindField(Walk& walk, const TextLine& line, const TextColumns& columns) {
     if (!walk.field.text.empty()) {
         walk.p = SkipTabs(walk.field.text.data() + walk.field.text.size());
@@ -111,7 +111,7 @@ void ExplainLack(Diagnostic& diagnostic, const TextLine& line, const Walk& walk,
 }  // namespace
 
 void ExplainRow(Diagnostic& diagnostic, const TextLine& line, const TextColumns& columns) {
-    constexpr int mostFurther = 3;
+    constexpr int maxFurther = 3;
     if (ExplainEmpty(diagnostic, line)) return;
     const InputPlace start = diagnostic.place;
     Walk walk;
@@ -123,7 +123,7 @@ void ExplainRow(Diagnostic& diagnostic, const TextLine& line, const TextColumns&
     }
     MoveTo(diagnostic, static_cast<std::size_t>(walk.field.text.data() - line.begin), walk.field.text.size());
     ExplainField(diagnostic, walk.field, columns.names[walk.field.column]);
-    for (int i = 0; i < mostFurther; ++i) {
+    for (int i = 0; i < maxFurther; ++i) {
         FindField(walk, line, columns);
         const ResultsField& field = walk.field;
         // A line of names is one mistake.

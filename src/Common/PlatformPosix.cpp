@@ -58,11 +58,11 @@ void InputFile::Close() noexcept {
 
 std::optional<std::size_t> InputFile::Read(void* buffer, std::size_t size) noexcept {
     // One call transfers at most what the system's signed count holds; larger requests are refused by some systems.
-    constexpr std::size_t mostAtOnce = std::size_t{1} << 30;
+    constexpr std::size_t maxAtOnce = std::size_t{1} << 30;
     auto* const bytes = static_cast<unsigned char*>(buffer);
     std::size_t filled = 0;
     while (filled < size) {
-        const ssize_t got = ::read(descriptor_, bytes + filled, std::min(size - filled, mostAtOnce));
+        const ssize_t got = ::read(descriptor_, bytes + filled, std::min(size - filled, maxAtOnce));
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) return std::nullopt;
         if (got == 0) break;

@@ -27,12 +27,12 @@ void ForEachPart(std::span<const CoordinateRun> runs, StopFlag stop, const Work&
 
 /// The range of one coordinate over all rows; 0 to 0 when there are none.
 Range RangeOf(std::span<const CoordinateRun> runs, const short* CoordinateRun::*coordinate, StopFlag stop) {
-    short leastOfAll = std::numeric_limits<short>::max();
-    short mostOfAll = std::numeric_limits<short>::min();
+    short smallestOfAll = std::numeric_limits<short>::max();
+    short largestOfAll = std::numeric_limits<short>::min();
     ForEachPart(runs, stop, [&](const CoordinateRun& run) {
         const short* const values = run.*coordinate;
-        short least = leastOfAll;
-        short most = mostOfAll;
+        short least = smallestOfAll;
+        short most = largestOfAll;
         // The one stride known to the compiler lets it take many rows at once.
         if (run.stride == 1) {
             for (std::size_t i = 0; i < run.rows; ++i) {
@@ -45,10 +45,10 @@ Range RangeOf(std::span<const CoordinateRun> runs, const short* CoordinateRun::*
                 most = std::max(most, values[i * run.stride]);
             }
         }
-        leastOfAll = least;
-        mostOfAll = most;
+        smallestOfAll = least;
+        largestOfAll = most;
     });
-    return leastOfAll > mostOfAll ? Range{} : Range{leastOfAll, mostOfAll};
+    return smallestOfAll > largestOfAll ? Range{} : Range{smallestOfAll, largestOfAll};
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ inline constexpr std::uint32_t miMatrix = 14;
 /// The class double with no flag set.
 inline constexpr std::uint32_t doubleArray = 6;
 
-/// The first words of an element, in which the six behind type and byte count are fixed.
+/// The first words of an element, in which the six after type and byte count are fixed.
 struct Head {
     std::uint32_t type;
     std::uint32_t byteCount;

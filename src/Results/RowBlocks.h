@@ -19,7 +19,7 @@ public:
     void SetColumns(std::size_t columns) {
         columns_ = columns;
         const std::size_t rowsPerMiB = columns == 0 ? 1 : mebibyte / (columns * sizeof(T));
-        rowLimit_ = mostMiB * rowsPerMiB;
+        rowLimit_ = maxMiB * rowsPerMiB;
         // Blocks hold a power of two of rows, so that a row is found without a division.
         shift_ = static_cast<unsigned int>(std::bit_width(rowsPerMiB)) - 1;
         rowInBlock_ = (std::uint32_t{1} << shift_) - 1;
@@ -55,10 +55,10 @@ public:
 
 private:
     static constexpr std::size_t mebibyte = std::size_t{1} << 20U;
-    static constexpr std::size_t mostMiB = 4096;
+    static constexpr std::size_t maxMiB = 4096;
 
     /// Once some blocks are full, more are taken at a time: large pages cost less to commit.
-    static constexpr std::size_t mostAtOnce = 16;
+    static constexpr std::size_t maxAtOnce = 16;
 
     bool NeedsBlock() const { return (rows_ & rowInBlock_) == 0; }
 
@@ -70,7 +70,7 @@ private:
     }
 
     bool TakeBlocks() {
-        const std::size_t count = std::clamp<std::size_t>(blocks_.size(), 1, mostAtOnce);
+        const std::size_t count = std::clamp<std::size_t>(blocks_.size(), 1, maxAtOnce);
         const std::size_t entries = columns_ << shift_;
         buffers_.push_back(AllocateToFill(count, entries * sizeof(T)));
         if (!buffers_.back()) return false;

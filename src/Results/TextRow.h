@@ -53,16 +53,16 @@ inline const char* SkipTabs(const char* p) {
     return p;
 }
 
-/// Reads the values of a line from `p` on into the places from `value` to `behind`, which becomes the one behind the
+/// Reads the values of a line from `p` on into the places from `value` to `valueEnd`, which becomes the one after the
 /// last value read. Stops before the end of the line when all places are taken, and where there is no number: no later
 /// column gets on there either.
-inline const char* ReadValues(const char* p, const char* end, double* value, const double*& behind) {
+inline const char* ReadValues(const char* p, const char* end, double* value, const double*& valueEnd) {
     const char* start;
     do {
         start = p;
         p = SkipTabs(ParseNumber(p, end, *value++));
-    } while (p != end && p != start && value != behind);
-    behind = value;
+    } while (p != end && p != start && value != valueEnd);
+    valueEnd = value;
     return p;
 }
 
@@ -81,9 +81,9 @@ inline TextRow ReadTextRow(const TextLine& line, short* index, unsigned int indi
         more = p != line.end;
     }
     if (more) {
-        const double* behind = values + valueCount;
-        p = ReadValues(p, line.end, values, behind);
-        count += static_cast<unsigned int>(behind - values);
+        const double* valueEnd = values + valueCount;
+        p = ReadValues(p, line.end, values, valueEnd);
+        count += static_cast<unsigned int>(valueEnd - values);
         if (p != line.end) return {RowEnd::TooMany, count};
     }
     return {count < indices + valueCount ? RowEnd::TooFew : RowEnd::Whole, count};

@@ -12,7 +12,7 @@ namespace {
 
 // The look ahead stays cheap whatever the files hold.
 constexpr std::size_t headSize = 1 << 16;
-constexpr int mostFiles = 16;
+constexpr int maxFiles = 16;
 
 class Search {
 public:
@@ -20,7 +20,7 @@ public:
 
     /// True once the search is over: the count was found, or the rows began without one.
     bool Scan(const std::string& path) {
-        if (++files_ > mostFiles) return true;
+        if (++files_ > maxFiles) return true;
         const std::string head = ReadHead(path, headSize);
         ModelWords words(head);
         for (std::string word = words.Next(); !word.empty(); word = words.Next()) {

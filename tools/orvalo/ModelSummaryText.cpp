@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr std::size_t mostMaterials = 255;
+constexpr std::size_t maxMaterials = 255;
 
 std::string ToText(const orvalo::Point& point) {
     return fmt::format("({}, {}, {})", point.x, point.y, point.z);
@@ -63,7 +63,7 @@ void AddMaterials(SummaryLines& lines, const orvalo::Model& model, const ModelSu
     for (const auto& material : summary.materials) {
         if (material.cubes > 0) texts.push_back(MaterialText(material, nameWidth, model.roomTemperature));
     }
-    lines.AddList("materials", texts, mostMaterials);
+    lines.AddList("materials", texts, maxMaterials);
 }
 
 void AddGridValues(SummaryLines& lines, const orvalo::Model& model, const ModelSummary& summary) {

@@ -192,10 +192,10 @@ std::optional<ResultsSummary::Box> FindBox(const orvalo::Results& results) {
     box.axes = scan.axes;
     box.cells = 1;
     for (const auto& [first, last] : box.axes) box.cells *= static_cast<std::uint64_t>(last - first) + 1;
-    constexpr std::uint64_t mostBitsPerRow = 64;
-    box.covered = scan.ascending                       ? rows
-                  : box.cells <= mostBitsPerRow * rows ? CountByBits(results, box)
-                                                       : CountBySorting(results);
+    constexpr std::uint64_t maxBitsPerRow = 64;
+    box.covered = scan.ascending                      ? rows
+                  : box.cells <= maxBitsPerRow * rows ? CountByBits(results, box)
+                                                      : CountBySorting(results);
     return box;
 }
 

@@ -132,7 +132,7 @@ MarkedLine LayOut(const LineParts& parts, std::size_t width) {
     const std::size_t markLast = glyphs.size();
     AddGlyphs(glyphs, parts.after, column);
 
-    // A mark without a glyph, behind the end of a line, takes a column too.
+    // A mark without a glyph, past the end of a line, takes a column too.
     width = std::max(width, leastWidth) - (markFirst == glyphs.size() ? 1 : 0);
     Window window{0, glyphs.size()};
     if (parts.cutBefore || parts.cutAfter || column > width) {
