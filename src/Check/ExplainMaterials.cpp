@@ -107,7 +107,7 @@ void ExplainMaterialReused(Diagnostic& diagnostic, ErrorCollector& errors) {
     if (before != nullptr && !BeginsLine(errors, diagnostic.place) && TellNumbers(diagnostic, errors, *before)) return;
     const double number = errors.Core().token.value;
     for (const PropertyRecord& material : errors.CurrentSection()->properties) {
-        if (static_cast<int>(material.value) != static_cast<int>(number)) continue;
+        if (material.Whole() != static_cast<int>(number)) continue;
         AddNote(diagnostic, "Material " + Shown(number) + " was defined here.", errors.record.PlaceOf(material.place),
                 1);
         constexpr double largest = 255.0;

@@ -56,7 +56,7 @@ void TellPointCount(Diagnostic& diagnostic, ErrorCollector& errors) {
     if (count == nullptr || errors.OpenProperties().empty()) return;
     const InputPlace place = errors.record.PlaceOf(count->valuePlace);
     const std::size_t length = errors.Source().TokenAt(place).size();
-    AddNote(diagnostic, "The count says " + Counted(static_cast<std::uint64_t>(count->value), "point") + '.', place,
+    AddNote(diagnostic, "The count says " + Counted(static_cast<std::uint64_t>(count->Whole()), "point") + '.', place,
             length);
     PointWalk points(errors.Source(), errors.record.PlaceOf(errors.OpenProperties().back().place));
     std::uint64_t found = 0;
@@ -103,9 +103,9 @@ void ExplainPointCount(Diagnostic& diagnostic, ErrorCollector& errors) {
 
 void ExplainSampleCounts(Diagnostic& diagnostic, ErrorCollector& errors) {
     for (const PropertyRecord& property : errors.CurrentSection()->properties) {
-        if (!property.nested || property.word != "count") continue;
+        if (!property.nested || property.word != "count" || property.Whole() < 1) continue;
         const InputPlace place = errors.record.PlaceOf(property.valuePlace);
-        AddNote(diagnostic, "This table has " + Counted(static_cast<std::uint64_t>(property.value), "sample") + '.',
+        AddNote(diagnostic, "This table has " + Counted(static_cast<std::uint64_t>(property.Whole()), "sample") + '.',
                 place, errors.Source().TokenAt(place).size());
     }
 }

@@ -104,8 +104,9 @@ std::string DefinedMaterials(const ErrorCollector& errors) {
     for (const SectionRecord& section : errors.record.sections) {
         if (section.section->word != "materials") continue;
         for (const PropertyRecord& material : section.properties) {
+            if (material.Whole() < 1) continue;
             if (++count > 20) return text + ", ...";
-            text += (text.empty() ? "" : ", ") + std::to_string(static_cast<int>(material.value));
+            text += (text.empty() ? "" : ", ") + std::to_string(material.Whole());
         }
     }
     return text;
@@ -131,7 +132,7 @@ void TellCount(Diagnostic& diagnostic, ErrorCollector& errors, std::uint64_t wid
     const std::size_t length = errors.Source().TokenAt(place).size();
     const char* const word = RowWord(errors);
     const InputPlace data = errors.record.PlaceOf(errors.OpenProperties().back().place);
-    const auto asked = static_cast<std::uint64_t>(count->value);
+    const auto asked = static_cast<std::uint64_t>(count->Whole());
     AddNote(diagnostic, "The count says " + Counted(asked, word) + '.', place, length);
     const NumberRun run = NumbersAfter(errors.Source(), data);
     if (!run.closed || run.count % width != 0) return;
@@ -209,7 +210,7 @@ void ExplainTooFewRows(Diagnostic& diagnostic, ErrorCollector& errors) {
     if (count != nullptr) {
         const InputPlace place = errors.record.PlaceOf(count->valuePlace);
         AddNote(diagnostic,
-                "The count says " + Counted(static_cast<std::uint64_t>(count->value), word) + "; " +
+                "The count says " + Counted(static_cast<std::uint64_t>(count->Whole()), word) + "; " +
                     std::to_string(read) + (read == 1 ? " stands" : " stand") + " before this place.",
                 place, errors.Source().TokenAt(place).size());
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -37,6 +38,8 @@ struct PropertyRecord {
     ReadPlace endPlace;
     TokenType valueType = TokenType::None;
     double value = 0.0;
+    /// The value without its fraction; 0 where that fits no 64 bits.
+    std::int64_t Whole() const { return std::abs(value) < 0x1p63 ? static_cast<std::int64_t>(value) : 0; }
     std::string text;
 };
 

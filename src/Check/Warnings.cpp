@@ -101,11 +101,11 @@ void RowWarnings::End(std::uint64_t count) {
 
 bool IsEnabled(const SectionRecord& section) {
     const PropertyRecord* const enabled = section.Find("enabled");
-    return enabled == nullptr || static_cast<std::uint32_t>(static_cast<std::int64_t>(enabled->value)) == 1;
+    return enabled == nullptr || static_cast<std::uint32_t>(enabled->Whole()) == 1;
 }
 
 int TakenID(const PropertyRecord& id) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::int64_t>(id.value)));
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(id.Whole()));
 }
 
 int IdOf(const SectionRecord& section) {
