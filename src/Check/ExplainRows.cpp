@@ -69,13 +69,6 @@ bool ExplainNoDigits(Diagnostic& diagnostic, ErrorCollector& errors) {
     if (text.front() == '=') {
         AddNote(diagnostic, "No '=' stands before rows, nor among them.");
         AddFix(diagnostic, " ");
-    } else if (std::string_view(";%$").find(text.front()) != std::string_view::npos) {
-        AddNote(diagnostic, "No comment stands among rows. Put it before the section, or after the END of the rows.");
-        std::size_t lineAt = 0;
-        const std::string_view line = errors.Source().LineOf(diagnostic.place, lineAt);
-        diagnostic.length = line.size() - lineAt;
-        AddFix(diagnostic, "");
-        errors.SpoilLine();
     } else if (text.front() == '-') {
         AddNote(diagnostic, "The coordinates of rows go from 0 to 32767, without a sign.");
     } else if (text.front() == '+') {
