@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <optional>
 
 #include "Check/Warnings.h"
@@ -42,7 +43,7 @@ public:
             const auto set = warnings.model.sets.find(IdOf(*section));
             if (set == warnings.model.sets.end()) continue;
             sets_.push_back(section);
-            lists_.push_back({set->second->points, section->rowsRead});
+            lists_.push_back({set->second->points, std::min<std::uint64_t>(set->second->count, section->rowsRead)});
         }
     }
 

@@ -22,12 +22,15 @@ void Warnings::FindGrid() {
         if (isCubes && cubes == nullptr) cubes = &section;
         if (!isCubes) damping = &section;
     }
-    const auto add = [this](const SectionRecord* section, const CellList& list) {
-        if (section != nullptr && list.records != nullptr) grid.push_back({section, {list, CellSurvey(list)}});
+    // A section may give its count once more after the rows, so that the grid holds fewer.
+    const auto add = [this](const SectionRecord* section, CellList list) {
+        if (section == nullptr || list.records == nullptr) return;
+        list.count = std::min(list.count, section->rowsRead);
+        grid.push_back({section, {list, CellSurvey(list)}});
     };
     const Cubes& cells = model.cubes;
-    if (cubes != nullptr) add(cubes, {cells.CubesPtr(), cubeStride, cubes->rowsRead});
-    if (damping != nullptr) add(damping, {cells.DampingCubesPtr(), dampingCubeStride, damping->rowsRead});
+    add(cubes, {cells.CubesPtr(), cubeStride, cells.CubesCount()});
+    add(damping, {cells.DampingCubesPtr(), dampingCubeStride, cells.DampingCubesCount()});
     gridIsWhole = gridIsWhole &&
                   std::any_of(grid.begin(), grid.end(), [](const GridPart& part) { return part.cells.list.count > 0; });
 }

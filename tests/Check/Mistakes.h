@@ -96,7 +96,6 @@ inline const Mistake explainedMistakes[] = {
     {"= 0.5\n", "= 0.5.5\n", 107, "2:14", {"one point at most"}},
     {"= 0.5\n", "= 0,5\n", 119, "2:14", {"decimal comma", "2 -> ."}},
     {" 2 1 1 1", " .2 1 1 1", 155, "14:5", {"whole numbers"}},
-    {"\"field.mat\"", "\"field.mat", 109, "46:33", {"46 -> \""}},
     {"= 0.5\n", "half\n", 118, "2:12", {"decimal number"}},
     {"0.05", "inf", 118, "3:14", {"1e300"}},
     {"= 0.5\n", "= 0\n", 119, "2:14", {"above 0."}},
