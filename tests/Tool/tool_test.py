@@ -276,6 +276,15 @@ class ToolTest(unittest.TestCase):
         self.assertEqual(results['columns'][0], {'name': 'ux', 'min': 0.1, 'max': 0.1, 'mean': 0.1, 'notNumbers': 1})
         self.assertEqual((bad['ok'], bad['problems'][0]['line']), (False, 2))
 
+    def test_cells_that_have_a_value(self):
+        """In order by x or by z, or in none, in a small box or a wide one."""
+        for cells, covered in (('111 112 121 211', 4), ('111 211 121 112', 4), ('111 211 112 121', 4), ('111 112 112 121 211', 4),
+                               ('211 111 211 112', 3), ('999 111 999', 2), ('111', 1)):
+            for unit in (1, 100):
+                rows = ''.join('\t'.join(str(int(digit) * unit) for digit in cell) + '\t0\t1\n' for cell in cells.split())
+                self.write({'r.txt': 'x\ty\tz\tf\tu\n' + rows})
+                self.assertEqual(self.run_json('info r.txt', 0)[0]['box']['covered'], covered, (cells, unit))
+
     def test_example(self):
         plate = ROOT / 'examples' / 'plate'
         model, text, mat = self.run_json(f'info {plate}/plate.model {plate}/plate-results.txt {plate}/plate-results.mat', 0)

@@ -108,27 +108,46 @@ public:
         }
     }
     const std::array<int, blockRows>& operator[](std::size_t axis) const { return axes_[axis]; }
-    Key KeyByX(std::size_t i) const { return KeyOf(axes_[0][i], axes_[1][i], axes_[2][i]); }
-    Key KeyByZ(std::size_t i) const { return KeyOf(axes_[2][i], axes_[1][i], axes_[0][i]); }
 
 private:
     std::array<std::array<int, blockRows>, 3> axes_;
 };
 
+/// Whether every row has a greater cell than the one before, of which the axes count in some order: then no cell is
+/// there twice.
+class Ascent {
+public:
+    Ascent(std::size_t first, std::size_t second, std::size_t third) : first_(first), second_(second), third_(third) {}
+
+    void Take(const CoordinateBlock& block, unsigned int count) {
+        for (unsigned int i = 0; holds_ && i < count; ++i) {
+            const Key key = KeyOf(block[first_][i], block[second_][i], block[third_][i]);
+            holds_ = key >= least_;
+            least_ = key + 1;
+        }
+    }
+    bool Holds() const { return holds_; }
+
+private:
+    std::size_t first_;
+    std::size_t second_;
+    std::size_t third_;
+    Key least_ = 0;
+    bool holds_ = true;
+};
+
 /// What one pass over the coordinates of all rows tells.
 struct CoordinateScan {
     std::array<ResultsSummary::Axis, 3> axes;
-    /// Whether every row has a greater cell than the one before, by x, y, z or by z, y, x: no cell is there twice then.
+    /// Whether the rows are in order, by x, y, z or by z, y, x.
     bool ascending = false;
 };
 
 CoordinateScan Scan(const orvalo::Results& results) {
     CoordinateScan scan;
     scan.axes.fill({std::numeric_limits<int>::max(), std::numeric_limits<int>::min()});
-    bool byX = true;
-    bool byZ = true;
-    Key lastByX = 0;
-    Key lastByZ = 0;
+    Ascent byX(0, 1, 2);
+    Ascent byZ(2, 1, 0);
     CoordinateBlock block;
     ForEachBlock(results, [&](unsigned int first, unsigned int count) {
         block.Fetch(results, first, count);
@@ -140,16 +159,10 @@ CoordinateScan Scan(const orvalo::Results& results) {
             }
             scan.axes[axis] = range;
         }
-        byX &= first == 0 || lastByX < block.KeyByX(0);
-        byZ &= first == 0 || lastByZ < block.KeyByZ(0);
-        for (unsigned int i = 1; i < count; ++i) {
-            byX &= block.KeyByX(i - 1) < block.KeyByX(i);
-            byZ &= block.KeyByZ(i - 1) < block.KeyByZ(i);
-        }
-        lastByX = block.KeyByX(count - 1);
-        lastByZ = block.KeyByZ(count - 1);
+        byX.Take(block, count);
+        byZ.Take(block, count);
     });
-    scan.ascending = byX || byZ;
+    scan.ascending = byX.Holds() || byZ.Holds();
     return scan;
 }
 
