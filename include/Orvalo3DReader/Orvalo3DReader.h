@@ -34,6 +34,7 @@
 #include <Orvalo3DReader/Reader/ReadResults.h>
 #include <Orvalo3DReader/Reader/Reader.h>
 #include <Orvalo3DReader/Reader/ResultsReader.h>
+#include <Orvalo3DReader/Results/ColumnRun.h>
 #include <Orvalo3DReader/Results/Results.h>
 #include <Orvalo3DReader/Results/ResultsMat.h>
 #include <Orvalo3DReader/Results/ResultsTxt.h>

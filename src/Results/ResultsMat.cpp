@@ -103,4 +103,18 @@ unsigned int ResultsMat::IndicesColCount() const {
     return storage_->indexColumns;
 }
 
+std::vector<ColumnRun<double>> ResultsMat::ValueRuns(unsigned int col) const {
+    const Storage& s = *storage_;
+    if (col >= s.valueColumns) ORVALO_RAISE(ResultsMat, ReaderMessages::InvalidColNumber);
+    if (s.rowCount == 0) return {};
+    return {{s.values[col], 1, s.rowCount}};
+}
+
+std::vector<ColumnRun<short>> ResultsMat::IndexRuns(unsigned int col) const {
+    const Storage& s = *storage_;
+    if (col >= s.indexColumns) ORVALO_RAISE(ResultsMat, ReaderMessages::InvalidColNumber);
+    if (s.indexRows == 0) return {};
+    return {{s.indices + std::size_t{col} * s.indexRows, 1, s.indexRows}};
+}
+
 }  // namespace orvalo

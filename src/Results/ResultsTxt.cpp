@@ -65,10 +65,8 @@ void ResultsTxt::Finalize(StopFlag stop) {
     const Storage& s = *storage_;
     if (s.indexColumns == 0) return;
     std::vector<CoordinateRun> runs;
-    const std::size_t perBlock = s.indices.RowsPerBlock();
-    for (std::size_t row = 0; row < s.rowCount; row += perBlock) {
-        const short* const x = s.indices.Block(row / perBlock);
-        runs.push_back({x, x + 1, x + 2, s.indexColumns, std::min(perBlock, s.rowCount - row)});
+    for (const ColumnRun<short>& x : s.indices.Runs(0, s.rowCount)) {
+        runs.push_back({x.data, x.data + 1, x.data + 2, x.stride, x.rows});
     }
     if (!storage_->lookup.Build(runs, stop)) ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
 }
@@ -116,6 +114,16 @@ unsigned int ResultsTxt::ValuesColCount() const {
 }
 unsigned int ResultsTxt::IndicesColCount() const {
     return storage_->indexColumns;
+}
+
+std::vector<ColumnRun<double>> ResultsTxt::ValueRuns(unsigned int col) const {
+    if (col >= storage_->valueColumns) ORVALO_RAISE(ResultsTxt, ReaderMessages::InvalidColNumber);
+    return storage_->values.Runs(col, storage_->rowCount);
+}
+
+std::vector<ColumnRun<short>> ResultsTxt::IndexRuns(unsigned int col) const {
+    if (col >= storage_->indexColumns) ORVALO_RAISE(ResultsTxt, ReaderMessages::InvalidColNumber);
+    return storage_->indices.Runs(col, storage_->rowCount);
 }
 
 }  // namespace orvalo

@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include <Orvalo3DReader/Results/ColumnRun.h>
+
 #include "Common/Buffers.h"
 
 namespace orvalo {
@@ -52,6 +54,15 @@ public:
     /// How many rows a block holds; the last one may hold fewer.
     std::size_t RowsPerBlock() const { return std::size_t{rowInBlock_} + 1; }
     const T* Block(std::size_t block) const { return blocks_[block]; }
+
+    /// Where the first `rows` rows of a column lie, in a run for each block.
+    std::vector<ColumnRun<T>> Runs(std::size_t column, std::size_t rows) const {
+        std::vector<ColumnRun<T>> runs;
+        for (std::size_t row = 0; row < rows; row += RowsPerBlock()) {
+            runs.push_back({Block(row >> shift_) + column, columns_, std::min(RowsPerBlock(), rows - row)});
+        }
+        return runs;
+    }
 
 private:
     static constexpr std::size_t mebibyte = std::size_t{1} << 20U;

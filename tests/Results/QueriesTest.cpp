@@ -1,9 +1,13 @@
 #include <climits>
 #include <functional>
+#include <string>
 #include <thread>
 #include <tuple>
+#include <vector>
 
 #include <gtest/gtest.h>
+
+#include <Orvalo3DReader/Results/ResultsMat.h>
 
 #include "Results/ResultsFiles.h"
 
@@ -78,6 +82,41 @@ TEST_P(Queries, MayComeFromManyThreads) {
         });
     }
     for (std::thread& thread : threads) thread.join();
+}
+
+/// Every entry of a column as its runs give it.
+template <class Number>
+std::vector<double> Gathered(const std::vector<ColumnRun<Number>>& runs) {
+    std::vector<double> all;
+    for (const auto& run : runs) {
+        for (std::size_t i = 0; i < run.rows; ++i) all.push_back(run.data[i * run.stride]);
+    }
+    return all;
+}
+
+template <class Kind>
+void ExpectRunsToHoldAllRows(const Kind& results, const char* module, std::size_t runs) {
+    std::vector<double> values(results.RowCount());
+    std::vector<double> indices(values);
+    for (unsigned int row = 0; row < results.RowCount(); ++row) {
+        values[row] = results.ValueGet(1, row);
+        indices[row] = results.IndexGet(2, row);
+    }
+    EXPECT_EQ(results.ValueRuns(1).size(), runs);
+    EXPECT_TRUE(Gathered(results.ValueRuns(1)) == values);
+    EXPECT_TRUE(Gathered(results.IndexRuns(2)) == indices);
+    EXPECT_EQ(ValueOrCode([&] { return results.ValueRuns(results.ValuesColCount()).size(); }, module), 301);
+    EXPECT_EQ(ValueOrCode([&] { return results.IndexRuns(results.IndicesColCount()).size(); }, module), 301);
+}
+
+TEST(ColumnRuns, HoldAllRows) {
+    ExpectRunsToHoldAllRows(dynamic_cast<const ResultsMat&>(*Sample(true)), "ResultsMat", 1);
+    ExpectRunsToHoldAllRows(dynamic_cast<const ResultsTxt&>(*Sample(false)), "ResultsTxt", 1);
+    std::string text = "x\ty\tz\tf\tu\tv\n";
+    for (int i = 0; i < 150000; ++i) text += "1\t2\t" + std::to_string(i % 999) + "\t0\t0\t" + std::to_string(i) + "\n";
+    ExpectRunsToHoldAllRows(dynamic_cast<const ResultsTxt&>(*LoadBytes(text)), "ResultsTxt", 3);
+    EXPECT_TRUE(dynamic_cast<const ResultsTxt&>(*LoadBytes("u\n")).ValueRuns(0).empty());
+    EXPECT_TRUE(dynamic_cast<const ResultsMat&>(*LoadBytes(MatHeader() + Values(1, {}).Bytes())).ValueRuns(0).empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(BothFormats, Queries, testing::Bool());

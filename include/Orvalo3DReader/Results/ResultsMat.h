@@ -2,8 +2,10 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <Orvalo3DReader/Export.h>
+#include <Orvalo3DReader/Results/ColumnRun.h>
 #include <Orvalo3DReader/Results/Results.h>
 
 namespace orvalo {
@@ -33,6 +35,11 @@ public:
     unsigned int ValuesColCount() const override;
     /// At least 3, or 0 in a file without matrices.
     unsigned int IndicesColCount() const override;
+
+    /// Where the values of a column lie: in one run, none without rows. Throws InvalidColNumber.
+    std::vector<ColumnRun<double>> ValueRuns(unsigned int col) const;
+    /// The same for a column of indices.
+    std::vector<ColumnRun<short>> IndexRuns(unsigned int col) const;
 
 private:
     friend class ResultsMatReader;

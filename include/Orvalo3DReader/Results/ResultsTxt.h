@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <Orvalo3DReader/Export.h>
+#include <Orvalo3DReader/Results/ColumnRun.h>
 #include <Orvalo3DReader/Results/Results.h>
 
 namespace orvalo {
@@ -41,6 +42,12 @@ public:
     unsigned int ValuesColCount() const override;
     /// 4 (x, y, z, f) or 0.
     unsigned int IndicesColCount() const override;
+
+    /// Where the values of a column lie, from the first row to the last: in runs of as many rows as fill a MiB or half
+    /// of it. Throws InvalidColNumber.
+    std::vector<ColumnRun<double>> ValueRuns(unsigned int col) const;
+    /// The same for a column of indices.
+    std::vector<ColumnRun<short>> IndexRuns(unsigned int col) const;
 
 private:
     friend class ResultsTxtReader;
