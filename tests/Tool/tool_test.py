@@ -285,6 +285,15 @@ class ToolTest(unittest.TestCase):
                 self.write({'r.txt': 'x\ty\tz\tf\tu\n' + rows})
                 self.assertEqual(self.run_json('info r.txt', 0)[0]['box']['covered'], covered, (cells, unit))
 
+    def test_columns_of_many_rows(self):
+        """As many as take several of the blocks in which they are stored and summed."""
+        rows = ''.join(f'{i % 1000}\t{i // 1000}\t{i % 2}\t0\t{i}\n' for i in range(140000))
+        self.write({'r.txt': 'x\ty\tz\tf\tu\n' + rows})
+        results = self.run_json('info r.txt', 0)[0]
+        self.assertEqual(results['box'], {'x': {'min': 0, 'max': 999}, 'y': {'min': 0, 'max': 139}, 'z': {'min': 0, 'max': 1},
+                                          'cells': 280000, 'covered': 140000, 'fill': 0.5})
+        self.assertEqual(results['columns'], [{'name': 'u', 'min': 0, 'max': 139999, 'mean': 69999.5, 'notNumbers': 0}])
+
     def test_example(self):
         plate = ROOT / 'examples' / 'plate'
         model, text, mat = self.run_json(f'info {plate}/plate.model {plate}/plate-results.txt {plate}/plate-results.mat', 0)

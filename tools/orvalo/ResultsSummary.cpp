@@ -16,6 +16,7 @@
 #include <Orvalo3DReader/Results/Results.h>
 #include <Orvalo3DReader/Results/ResultsTxt.h>
 
+#include "ColumnEntries.h"
 #include "HarmlessText.h"
 #include "SummaryLines.h"
 
@@ -28,16 +29,15 @@ std::vector<std::string> AllNames(const orvalo::Results& results) {
     return text == nullptr ? std::vector<std::string>() : text->ColumnNames();
 }
 
-// Each entry takes a call into the library. So a block of them is fetched first, and then worked on in registers.
-constexpr unsigned int blockRows = 1024;
+// Rows are worked on in blocks that stay in the nearest cache.
+constexpr std::size_t blockRows = 1024;
 
-/// Calls `work` with the first row and the number of rows of each block.
+/// Calls `work` with the number of rows of each block.
 template <typename Work>
 void ForEachBlock(const orvalo::Results& results, const Work& work) {
-    const unsigned int rows = results.RowCount();
-    for (unsigned int first = 0, count = 0; first < rows; first += count) {
-        count = std::min(blockRows, rows - first);
-        work(first, count);
+    for (std::size_t left = results.RowCount(), count = 0; left > 0; left -= count) {
+        count = std::min(blockRows, left);
+        work(count);
     }
 }
 
@@ -60,17 +60,18 @@ struct Extent {
 };
 
 ResultsSummary::Column SummarizeColumn(const orvalo::Results& results, unsigned int col) {
+    ColumnEntries<double> entries(ValueRuns(results, col));
     std::array<double, blockRows> values;
     ResultsSummary::Column column;
     column.least = Extent::infinity;
     column.greatest = -Extent::infinity;
     long double sum = 0.0L;
     std::size_t numbers = 0;
-    ForEachBlock(results, [&](unsigned int first, unsigned int count) {
-        for (unsigned int i = 0; i < count; ++i) values[i] = results.ValueGet(col, first + i);
+    ForEachBlock(results, [&](std::size_t count) {
+        entries.Fetch(values.data(), count);
         // Several at once, for each waits for the one before.
         std::array<Extent, 4> lanes;
-        for (unsigned int i = 0; i < count; ++i) lanes[i % lanes.size()].Take(values[i]);
+        for (std::size_t i = 0; i < count; ++i) lanes[i % lanes.size()].Take(values[i]);
         for (const Extent& lane : lanes) {
             column.least = std::min(column.least, lane.least);
             column.greatest = std::max(column.greatest, lane.greatest);
@@ -99,18 +100,23 @@ Key KeyOf(int first, int second, int third) {
            CoordinateBits(third);
 }
 
-/// The coordinates of a block of rows.
-class CoordinateBlock {
+/// The coordinates of all rows, a block at a time.
+class Coordinates {
 public:
-    void Fetch(const orvalo::Results& results, unsigned int first, unsigned int count) {
-        for (unsigned int axis = 0; axis < axes_.size(); ++axis) {
-            for (unsigned int i = 0; i < count; ++i) axes_[axis][i] = results.IndexGet(axis, first + i);
-        }
+    using Block = std::array<std::array<short, blockRows>, 3>;
+
+    explicit Coordinates(const orvalo::Results& results)
+        : axes_{ColumnEntries(IndexRuns(results, 0)), ColumnEntries(IndexRuns(results, 1)),
+                ColumnEntries(IndexRuns(results, 2))} {}
+
+    const Block& Fetch(std::size_t count) {
+        for (std::size_t axis = 0; axis < axes_.size(); ++axis) axes_[axis].Fetch(block_[axis].data(), count);
+        return block_;
     }
-    const std::array<int, blockRows>& operator[](std::size_t axis) const { return axes_[axis]; }
 
 private:
-    std::array<std::array<int, blockRows>, 3> axes_;
+    std::array<ColumnEntries<short>, 3> axes_;
+    Block block_;
 };
 
 /// Whether every row has a greater cell than the one before, of which the axes count in some order: then no cell is
@@ -119,8 +125,8 @@ class Ascent {
 public:
     Ascent(std::size_t first, std::size_t second, std::size_t third) : first_(first), second_(second), third_(third) {}
 
-    void Take(const CoordinateBlock& block, unsigned int count) {
-        for (unsigned int i = 0; holds_ && i < count; ++i) {
+    void Take(const Coordinates::Block& block, std::size_t count) {
+        for (std::size_t i = 0; holds_ && i < count; ++i) {
             const Key key = KeyOf(block[first_][i], block[second_][i], block[third_][i]);
             holds_ = key >= least_;
             least_ = key + 1;
@@ -148,16 +154,18 @@ CoordinateScan Scan(const orvalo::Results& results) {
     scan.axes.fill({std::numeric_limits<int>::max(), std::numeric_limits<int>::min()});
     Ascent byX(0, 1, 2);
     Ascent byZ(2, 1, 0);
-    CoordinateBlock block;
-    ForEachBlock(results, [&](unsigned int first, unsigned int count) {
-        block.Fetch(results, first, count);
+    Coordinates coordinates(results);
+    ForEachBlock(results, [&](std::size_t count) {
+        const Coordinates::Block& block = coordinates.Fetch(count);
         for (std::size_t axis = 0; axis < scan.axes.size(); ++axis) {
-            ResultsSummary::Axis range = scan.axes[axis];
-            for (unsigned int i = 0; i < count; ++i) {
-                range.first = std::min(range.first, block[axis][i]);
-                range.last = std::max(range.last, block[axis][i]);
+            short first = block[axis][0];
+            short last = first;
+            for (std::size_t i = 1; i < count; ++i) {
+                first = std::min(first, block[axis][i]);
+                last = std::max(last, block[axis][i]);
             }
-            scan.axes[axis] = range;
+            ResultsSummary::Axis& range = scan.axes[axis];
+            range = {std::min<int>(range.first, first), std::max<int>(range.last, last)};
         }
         byX.Take(block, count);
         byZ.Take(block, count);
@@ -174,10 +182,10 @@ std::uint64_t CountByBits(const orvalo::Results& results, const ResultsSummary::
     const auto depth = static_cast<std::size_t>(zs.last - zs.first) + 1;
     std::vector<bool> taken(box.cells);
     std::uint64_t count = 0;
-    CoordinateBlock block;
-    ForEachBlock(results, [&](unsigned int firstRow, unsigned int rows) {
-        block.Fetch(results, firstRow, rows);
-        for (unsigned int i = 0; i < rows; ++i) {
+    Coordinates coordinates(results);
+    ForEachBlock(results, [&](std::size_t rows) {
+        const Coordinates::Block& block = coordinates.Fetch(rows);
+        for (std::size_t i = 0; i < rows; ++i) {
             const std::size_t column = static_cast<std::size_t>(block[0][i] - xs.first) * width +
                                        static_cast<std::size_t>(block[1][i] - ys.first);
             const std::size_t cell = column * depth + static_cast<std::size_t>(block[2][i] - zs.first);
@@ -189,10 +197,13 @@ std::uint64_t CountByBits(const orvalo::Results& results, const ResultsSummary::
 }
 
 std::uint64_t CountBySorting(const orvalo::Results& results) {
-    std::vector<Key> keys(results.RowCount());
-    for (unsigned int row = 0; row < keys.size(); ++row) {
-        keys[row] = KeyOf(results.IndexGet(0, row), results.IndexGet(1, row), results.IndexGet(2, row));
-    }
+    std::vector<Key> keys;
+    keys.reserve(results.RowCount());
+    Coordinates coordinates(results);
+    ForEachBlock(results, [&](std::size_t count) {
+        const Coordinates::Block& block = coordinates.Fetch(count);
+        for (std::size_t i = 0; i < count; ++i) keys.push_back(KeyOf(block[0][i], block[1][i], block[2][i]));
+    });
     std::sort(keys.begin(), keys.end());
     return static_cast<std::uint64_t>(std::unique(keys.begin(), keys.end()) - keys.begin());
 }
