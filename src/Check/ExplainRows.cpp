@@ -134,6 +134,13 @@ void TellCount(Diagnostic& diagnostic, ErrorCollector& errors, std::uint64_t wid
     if (run.count > 0) diagnostic.fixes.push_back({place, length, std::to_string(run.count / width)});
 }
 
+/// What stands where a number is to follow.
+void TellNoNumber(Diagnostic& diagnostic, const Token& token) {
+    const bool word = token.type == TokenType::Keyword;
+    AddNote(diagnostic,
+            (word ? '\'' + token.text + "' is no number. " : "") + "Between 'data' and its END stand numbers alone.");
+}
+
 constexpr EndWord end[] = {{"end"}};
 
 /// Whether the current word is one before which rows end, or likely that END itself.
@@ -196,6 +203,8 @@ void ExplainTooFewRows(Diagnostic& diagnostic, ErrorCollector& errors) {
     const char* const word = RowWord(errors);
     if (core.token.type == TokenType::Number || core.token.type == TokenType::Equals) {
         ExplainNoDigits(diagnostic, errors);
+    } else if (core.token.type == TokenType::Keyword && !EndsRows(errors)) {
+        TellNoNumber(diagnostic, core.token);
     } else {
         ExplainRowsEnd(diagnostic, errors);
     }
@@ -224,8 +233,7 @@ void ExplainSamples(Diagnostic& diagnostic, ErrorCollector& errors) {
         return TellCount(diagnostic, errors, 1);
     }
     if (token.type == TokenType::String && ExplainNoNumber(diagnostic, errors)) return;
-    AddNote(diagnostic,
-            (word ? '\'' + token.text + "' is no number. " : "") + "Between 'data' and its END stand numbers alone.");
+    TellNoNumber(diagnostic, token);
 }
 
 void ExplainNoEnd(Diagnostic& diagnostic, ErrorCollector& errors) {

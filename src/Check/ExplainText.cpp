@@ -118,6 +118,10 @@ bool ExplainUnquotedName(Diagnostic& diagnostic, ErrorCollector& errors) {
     return true;
 }
 
+bool IsSign(char c) {
+    return c == '+' || c == '-';
+}
+
 }  // namespace
 
 void ExplainCharacter(Diagnostic& diagnostic, ErrorCollector& errors) {
@@ -168,7 +172,7 @@ void ExplainCharacterInNumber(Diagnostic& diagnostic, ErrorCollector& errors) {
     const std::string token(errors.Source().TokenAt(diagnostic.place));
     std::size_t odd = 0;
     while (odd < token.size() &&
-           (IsDigit(token[odd]) || token[odd] == '.' || token[odd] == '+' || token[odd] == '-' ||
+           (IsDigit(token[odd]) || token[odd] == '.' || IsSign(token[odd]) ||
             ((token[odd] | 0x20) == 'e' && odd + 1 < token.size() && !IsLetter(token[odd + 1])))) {
         ++odd;
     }
@@ -176,15 +180,15 @@ void ExplainCharacterInNumber(Diagnostic& diagnostic, ErrorCollector& errors) {
     if (IsExponentOfFortran(token, odd)) {
         AddNote(diagnostic, "The exponent of a number is written with 'e', not with 'd'.", place, 1);
         diagnostic.fixes.push_back({place, 1, "e"});
+    } else if (IsSign(token[0]) && (token.size() == 1 || !(IsDigit(token[1]) || token[1] == '.'))) {
+        AddNote(diagnostic, "A sign must be followed by a number.");
     } else if (odd < token.size() && IsLetter(token[odd])) {
         AddNote(diagnostic,
-                odd == 0 ? "A sign must be followed by a number."
-                         : "Numbers have no units: '" + token.substr(odd) +
-                               "' is to be left out. Times are in "
-                               "microseconds, frequencies in kilohertz, temperatures in degrees Celsius, lengths in "
-                               "one unit of your choice.",
+                "Numbers have no units: '" + token.substr(odd) +
+                    "' is to be left out. Times are in microseconds, frequencies in kilohertz, temperatures in degrees "
+                    "Celsius, lengths in one unit of your choice.",
                 place, token.size() - odd);
-        if (odd > 0) diagnostic.fixes.push_back({place, token.size() - odd, ""});
+        diagnostic.fixes.push_back({place, token.size() - odd, ""});
     } else if (odd < token.size()) {
         TellByte(diagnostic, std::string_view(token).substr(odd), place);
     } else {

@@ -102,6 +102,11 @@ std::string_view LexerFile::TextFromMark() const noexcept {
     return {mark, static_cast<std::size_t>(end - mark)};
 }
 
+std::string_view LexerFile::TextSinceMark() const noexcept {
+    const std::string_view text = TextFromMark();
+    return text.substr(0, text.size() - std::min(text.size(), static_cast<std::size_t>(end - cursor)));
+}
+
 void LexerFile::ReturnToMark() noexcept {
     cursor = Begin() + (markOffset_ - bufferOffset_);
     uncountedLineFeeds = markLine_ - line;

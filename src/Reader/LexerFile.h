@@ -67,6 +67,8 @@ public:
     char LastByte() const { return cursor[-1]; }
     /// What was read from the marked byte on, as far as it is still in the buffer.
     std::string_view TextFromMark() const noexcept;
+    /// The part of it that ends before the cursor.
+    std::string_view TextSinceMark() const noexcept;
     /// Goes back to the marked byte, which must be in the buffer.
     void ReturnToMark() noexcept;
     /// The line of the byte before the cursor, and the one after it, as far as they are in the buffer.

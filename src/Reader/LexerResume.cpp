@@ -30,6 +30,16 @@ std::size_t CountNumbers(std::string_view text) {
     return count;
 }
 
+/// Whether what a number failed at begins a token of its own, after a sign that lacks its number, or a comment.
+bool BeginsAnew(std::string_view number) {
+    const auto classAt = [number](std::size_t i) { return lexer::classOf[static_cast<unsigned char>(number[i])]; };
+    if (number.size() < 2) return false;
+    const lexer::Class last = classAt(number.size() - 1);
+    const lexer::Class before = classAt(number.size() - 2);
+    const bool afterSign = before == lexer::Blank || before == lexer::Sign;
+    return last == lexer::CommentStart || (afterSign && (last == lexer::Quote || IsWordByte(number.back())));
+}
+
 }  // namespace
 
 std::pair<int, FilePlace> Lexer::MarkedPlace() const noexcept {
@@ -52,6 +62,8 @@ void Lexer::Recover(int code) {
         current_->GiveUp();
     } else if (std::string_view("#/!").find(current_->LastByte()) != std::string_view::npos) {
         SkipLine();
+    } else if (code == ReaderMessages::LexInvalidCharNumber.code && BeginsAnew(current_->TextSinceMark())) {
+        current_->PutBack(static_cast<unsigned char>(current_->LastByte()));
     }
 }
 
