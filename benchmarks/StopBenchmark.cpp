@@ -15,7 +15,7 @@
 #include <Orvalo3DReader/Orvalo3DReader.h>
 
 // How long a read goes on after its flag was raised, at many moments of reads that take long. That includes the release
-// of what was read so far, a tenth of a millisecond for each MiB of a MAT-file.
+// of what was read so far, a tenth of a millisecond for each MiB where its pages are small.
 
 namespace {
 

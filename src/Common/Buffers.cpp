@@ -6,6 +6,7 @@
 #include <mutex>
 #include <new>
 
+#include "Common/PageCommitter.h"
 #include "Common/Platform.h"
 
 namespace orvalo {
@@ -62,9 +63,9 @@ struct alignas(64) Region {
 class Regions {
 public:
     /// The region in which the buffer lies, or null when memory does not suffice.
-    Region* Take(std::size_t size, Pages pages, unsigned char*& buffer) noexcept {
+    Region* Take(std::size_t size, bool toFill, unsigned char*& buffer) noexcept {
         const std::lock_guard lock(mutex_);
-        Region* const region = pages == Pages::Large ? Map(size, pages) : SharedWithRoom(size);
+        Region* const region = toFill && HasOwnPages(size) ? Map(size, CheapestPages()) : SharedWithRoom(size);
         if (region != nullptr) buffer = region->Cut(size);
         return region;
     }
@@ -134,7 +135,7 @@ struct ReleaseRegion {
     void operator()(unsigned char* buffer) const noexcept { regions.Release(*region, buffer, size); }
 };
 
-std::shared_ptr<unsigned char[]> Allocate(std::size_t count, std::size_t elementSize, Pages pages) noexcept {
+std::shared_ptr<unsigned char[]> Allocate(std::size_t count, std::size_t elementSize, bool toFill) noexcept {
     // Leaves room for the record of a region, and for rounding up to pages.
     constexpr auto largest = static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max()) - 65536;
     if (elementSize != 0 && count > largest / elementSize) return nullptr;
@@ -146,7 +147,7 @@ std::shared_ptr<unsigned char[]> Allocate(std::size_t count, std::size_t element
             return {buffer, FreeHeap{}};
         }
         unsigned char* buffer = nullptr;
-        Region* const region = regions.Take(size, size < largePagesFrom ? Pages::Small : pages, buffer);
+        Region* const region = regions.Take(size, toFill, buffer);
         if (region == nullptr) return nullptr;
         return {buffer, ReleaseRegion{region, size}};
     } catch (const std::bad_alloc&) {
@@ -157,11 +158,15 @@ std::shared_ptr<unsigned char[]> Allocate(std::size_t count, std::size_t element
 }  // namespace
 
 std::shared_ptr<unsigned char[]> AllocateZeroed(std::size_t count, std::size_t elementSize) noexcept {
-    return Allocate(count, elementSize, Pages::Small);
+    return Allocate(count, elementSize, false);
 }
 
 std::shared_ptr<unsigned char[]> AllocateToFill(std::size_t count, std::size_t elementSize) noexcept {
-    return Allocate(count, elementSize, Pages::Large);
+    return Allocate(count, elementSize, true);
+}
+
+bool HasOwnPages(std::size_t size) noexcept {
+    return !heapOnly && size >= largePagesFrom;
 }
 
 }  // namespace orvalo

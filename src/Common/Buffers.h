@@ -11,7 +11,10 @@ namespace orvalo {
 std::shared_ptr<unsigned char[]> AllocateZeroed(std::size_t count, std::size_t elementSize) noexcept;
 
 /// As AllocateZeroed, for a buffer that will be filled from its start on: the system may commit it in steps of a few
-/// MiB, so that filling it costs less.
+/// MiB, where that has cost less of late. A PageCommitter is to take care of it.
 std::shared_ptr<unsigned char[]> AllocateToFill(std::size_t count, std::size_t elementSize) noexcept;
+
+/// Whether AllocateToFill gives a buffer of that size pages that no other one shares.
+bool HasOwnPages(std::size_t size) noexcept;
 
 }  // namespace orvalo

@@ -15,6 +15,11 @@ enum class Pages { Small, Large };
 
 /// At least `size` zeroed bytes, or null. They are committed only as they are written.
 void* MapPages(std::size_t size, Pages pages) noexcept;
+/// Has what is not committed yet of the pages within [start, start + size) be committed in that way.
+void AdvisePages(void* start, std::size_t size, Pages pages) noexcept;
+/// Commits the pages that [start, start + size) touches, and leaves what they hold, also what other threads write
+/// meanwhile.
+void CommitPages(void* start, std::size_t size) noexcept;
 /// Gives back what MapPages gave. False where the system refuses.
 bool UnmapPages(void* start, std::size_t size) noexcept;
 /// Gives back what the pages that lie within [start, start + size) hold: they stay mapped and read as zero.

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "Common/PageCommitter.h"
 #include "Common/Publish.h"
 #include "Common/Raise.h"
 #include "Model/CubeRecords.h"
@@ -27,7 +28,9 @@ public:
           firstRecord_(reading.model.cubes.CubesPtr()),
           firstTemperature_(reading.model.cubes.TemperaturesPtr()),
           record_(firstRecord_),
-          temperature_(firstTemperature_) {}
+          temperature_(firstTemperature_),
+          recordPages_(firstRecord_, count_ * cubeStride),
+          temperaturePages_(firstTemperature_, firstTemperature_ == nullptr ? 0 : count_ * sizeof *temperature_) {}
 
     CubeRows(const CubeRows&) = delete;
     CubeRows& operator=(const CubeRows&) = delete;
@@ -61,6 +64,7 @@ private:
     /// records might overlap.
     template <bool withTemperatures>
     bool ReadPlainRows() {
+        CommitPages();
         PlainRows<4> rows(core_.lexer);
         const std::uint64_t limit = std::min(count_, core_.rowLimit);
         unsigned long long* const progress = progress_;
@@ -88,6 +92,19 @@ private:
         temperature_ = temperature;
         bounds_ = bounds;
         return complete;
+    }
+
+    /// Commits what the text at hand may fill.
+    void CommitPages() {
+        // Of four numbers and what is between them.
+        constexpr std::uint64_t shortestRow = 8;
+        const BulkCursor cursor(core_.lexer);
+        const std::uint64_t rows = read_ + static_cast<std::uint64_t>(cursor.end - cursor.at) / shortestRow;
+        // Not for each row that is not plain: in what is left of a buffer there are ever fewer.
+        if (rows <= reached_) return;
+        reached_ = rows;
+        recordPages_.Reach(rows * cubeStride);
+        temperaturePages_.Reach(rows * sizeof *temperature_);
     }
 
     /// Reads a row of any kind; returns whether there was one.
@@ -128,6 +145,9 @@ private:
     double* firstTemperature_;
     unsigned char* record_;
     double* temperature_;
+    PageCommitter recordPages_;
+    PageCommitter temperaturePages_;
+    std::uint64_t reached_ = 0;
 };
 
 bool ReadFormat(const ReaderCore& core) {

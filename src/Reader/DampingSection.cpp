@@ -2,6 +2,7 @@
 #include <cstring>
 #include <limits>
 
+#include "Common/PageCommitter.h"
 #include "Common/Raise.h"
 #include "Model/CubeRecords.h"
 #include "Reader/BulkRows.h"
@@ -23,7 +24,8 @@ public:
           materials_(reading.model.materials, reading.cubesOnly),
           modelBounds_(reading.model.bounds),
           count_(reading.model.cubes.DampingCubesCount()),
-          record_(reading.model.cubes.DampingCubesPtr()) {}
+          record_(reading.model.cubes.DampingCubesPtr()),
+          pages_(record_, count_ * dampingCubeStride) {}
 
     DampingRows(const DampingRows&) = delete;
     DampingRows& operator=(const DampingRows&) = delete;
@@ -49,6 +51,9 @@ public:
 private:
     /// Reads rows of the common kind for as long as they follow one another.
     void ReadPlainRows() {
+        const BulkCursor cursor(core_.lexer);
+        // A row takes about as many bytes as its text.
+        pages_.Reach(read_ * dampingCubeStride + static_cast<std::size_t>(cursor.end - cursor.at));
         PlainRows<4> rows(core_.lexer);
         const std::uint64_t limit = std::min(count_, core_.rowLimit);
         while (read_ < limit && rows.Look() && materials_.Known(rows.Material())) {
@@ -96,6 +101,7 @@ private:
     std::uint64_t count_;
     std::uint64_t read_ = 0;
     unsigned char* record_;
+    PageCommitter pages_;
 };
 
 struct DampingReading {

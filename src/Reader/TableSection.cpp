@@ -2,6 +2,7 @@
 #include <limits>
 #include <memory>
 
+#include "Common/PageCommitter.h"
 #include "Common/Raise.h"
 #include "Reader/BulkCursor.h"
 #include "Reader/ModelAccess.h"
@@ -45,6 +46,7 @@ void ReadSamples(ReaderCore& core, Table& table) {
     // Without a count, which is an error that reading may go on after, samples are passed over.
     const std::size_t count = table.count > 0 ? table.count : std::numeric_limits<std::size_t>::max();
     std::size_t read = 0;
+    PageCommitter pages(sample, table.count * sizeof(Sample));
     const auto store = [&](double number) {
         const auto value = static_cast<Sample>(number);
         if (table.count > 0) std::memcpy(sample + sizeof value * read, &value, sizeof value);
@@ -53,6 +55,8 @@ void ReadSamples(ReaderCore& core, Table& table) {
     for (;;) {
         BulkCursor cursor(core.lexer);
         double number = 0.0;
+        // A sample takes fewer bytes than its text, but for the shortest ones.
+        pages.Reach(read * sizeof(Sample) + static_cast<std::size_t>(cursor.end - cursor.at));
         while (read < count && cursor.TakeNumber(number)) store(number);
         cursor.Commit();
 

@@ -33,11 +33,9 @@ void ResultsMat::DefineValues(unsigned int columns, unsigned int rows) {
     storage_->rowCount = rows;
 }
 
-// Small pages: large ones would fill faster where memory is at hand, but may cost several times as much where a virtual
-// machine has yet to be given it.
 double* ResultsMat::AllocateValues(unsigned int column) {
     auto& buffer = storage_->valueBuffers[column];
-    buffer = AllocateZeroed(storage_->rowCount, sizeof(double));
+    buffer = AllocateToFill(storage_->rowCount, sizeof(double));
     if (!buffer) ORVALO_RAISE(ResultsMat, ReaderMessages::OutOfMemory);
     return storage_->values[column] = reinterpret_cast<double*>(buffer.get());
 }
@@ -45,7 +43,7 @@ double* ResultsMat::AllocateValues(unsigned int column) {
 short* ResultsMat::AllocateIndices(unsigned int columns, unsigned int rows) {
     storage_->indexColumns = columns;
     storage_->indexRows = rows;
-    storage_->indexBuffer = AllocateZeroed(std::size_t{columns} * rows, sizeof(short));
+    storage_->indexBuffer = AllocateToFill(std::size_t{columns} * rows, sizeof(short));
     if (!storage_->indexBuffer) ORVALO_RAISE(ResultsMat, ReaderMessages::OutOfMemory);
     return storage_->indices = reinterpret_cast<short*>(storage_->indexBuffer.get());
 }

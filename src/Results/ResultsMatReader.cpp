@@ -88,7 +88,7 @@ void ResultsMatReader::ReadValues(const Element& element) {
     results_.DefineValues(element.columns, element.rows);
     RequireLeft(element.dataSize);
     for (std::uint32_t column = 0; column < element.columns; ++column) {
-        ReadExactly(results_.AllocateValues(column), element.dataSize / element.columns);
+        ReadData(results_.AllocateValues(column), element.dataSize / element.columns);
         valuesShare_ += 80.0F / static_cast<float>(element.columns);
         PublishProgress();
     }
@@ -98,13 +98,13 @@ void ResultsMatReader::ReadIndices(const Element& element) {
     if (results_.IndicesDefined()) ORVALO_RAISE(ResultsReader, ReaderMessages::TooManyVariablesDefined);
     if (element.columns < leastIndexColumns) ORVALO_RAISE(ResultsReader, ReaderMessages::UnsupportedMatrixFormat);
     RequireLeft(element.dataSize);
-    ReadExactly(results_.AllocateIndices(element.columns, element.rows), element.dataSize);
+    ReadData(results_.AllocateIndices(element.columns, element.rows), element.dataSize);
     indicesShare_ = 20;
     PublishProgress();
 }
 
 /// How many bytes were read: fewer than asked for at the end of the file.
-std::size_t ResultsMatReader::Read(void* buffer, std::size_t size) {
+std::size_t ResultsMatReader::Read(void* buffer, std::size_t size, PageCommitter* pages) {
     // A column may be gigabytes.
     constexpr std::size_t piece = std::size_t{1} << 20U;
     auto* const bytes = static_cast<unsigned char*>(buffer);
@@ -112,6 +112,7 @@ std::size_t ResultsMatReader::Read(void* buffer, std::size_t size) {
     for (std::size_t asked = 1, got = 1; filled < size && got == asked; filled += got) {
         stop_.Check();
         asked = std::min(piece, size - filled);
+        if (pages != nullptr) pages->Reach(filled + asked);
         const std::optional<std::size_t> read = file_.Read(bytes + filled, asked);
         if (!read) RaiseUnreadable();
         got = *read;
@@ -122,6 +123,12 @@ std::size_t ResultsMatReader::Read(void* buffer, std::size_t size) {
 
 void ResultsMatReader::ReadExactly(void* buffer, std::size_t size) {
     if (Read(buffer, size) < size) RaiseUnreadable();
+}
+
+/// As ReadExactly, into a buffer that AllocateToFill made.
+void ResultsMatReader::ReadData(void* buffer, std::size_t size) {
+    PageCommitter pages(buffer, size);
+    if (Read(buffer, size, &pages) < size) RaiseUnreadable();
 }
 
 std::uint32_t ResultsMatReader::ReadWord() {

@@ -6,6 +6,7 @@
 
 #include <Orvalo3DReader/Results/ResultsMat.h>
 
+#include "Common/PageCommitter.h"
 #include "Common/Platform.h"
 #include "Common/StopFlag.h"
 #include "Results/MatLayout.h"
@@ -42,8 +43,9 @@ private:
     void ReadValues(const Element& element);
     void ReadIndices(const Element& element);
 
-    std::size_t Read(void* buffer, std::size_t size);
+    std::size_t Read(void* buffer, std::size_t size, PageCommitter* pages = nullptr);
     void ReadExactly(void* buffer, std::size_t size);
+    void ReadData(void* buffer, std::size_t size);
     std::uint32_t ReadWord();
     void RequireLeft(std::uint64_t size) const;
     void PublishProgress() const;

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <mutex>
+
+#include "Common/Platform.h"
+
+namespace orvalo {
+
+/// The kind of pages that has lately cost least to commit. Any thread may ask.
+///
+/// Large pages cost a third of what small ones do, where memory for them is at hand. Where it is not, as on a virtual
+/// machine that has yet to be given it, or where it must be gathered first, they may cost several times as much, and
+/// nobody can be asked in advance. So they are timed. Two in a row that took longer than as many small ones would have
+/// are enough to go back to those, for a time that doubles until one large page has come fast again: it costs little to
+/// try one, and what it could cost is spread over more and more.
+platform::Pages CheapestPages() noexcept;
+
+/// Commits the pages of a buffer that AllocateToFill made, just before they are filled, with the pages that have cost
+/// least. Several threads may fill it. Small pages are committed many at a time; large ones where the first byte of
+/// one is reached.
+class PageCommitter {
+public:
+    PageCommitter() = default;
+    PageCommitter(void* buffer, std::size_t size);
+    PageCommitter(const PageCommitter&) = delete;
+    PageCommitter& operator=(const PageCommitter&) = delete;
+
+    /// The first `end` bytes, at most all, are there or about to be filled with what is at hand.
+    void Reach(std::size_t end) noexcept;
+
+private:
+    unsigned char* buffer_ = nullptr;
+    /// 0 for a buffer whose pages are left alone.
+    std::size_t size_ = 0;
+    std::mutex mutex_;
+    std::size_t reached_ = 0;
+    platform::Pages pages_ = platform::Pages::Small;
+};
+
+}  // namespace orvalo
