@@ -25,7 +25,7 @@ struct CoordinateRun {
 };
 
 /// Finds the row of a cube. The cells of the box that all rows span are numbered x first, z last, and cut into leaves
-/// of 512; a leaf exists only where some row lies in it, and a directory says where. So a query takes two loads, a
+/// of 64; a leaf exists only where some row lies in it, and a directory says where. So a query takes two loads, a
 /// full box costs four bytes a cell, and a sparse one at most one leaf a row.
 class CellLookup {
 public:
@@ -44,7 +44,7 @@ public:
     }
 
 private:
-    static constexpr std::uint32_t leafCells = 512;
+    static constexpr std::uint32_t leafCells = 64;
 
     /// Beyond every size of a box for a value that lies below: no difference wraps that far.
     static std::uint32_t Distance(int value, int from) {

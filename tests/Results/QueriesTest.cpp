@@ -160,7 +160,7 @@ TEST(QueriesByCell, FindEveryCellOfABoxWithHoles) {
         ASSERT_EQ(results->ExValueGet(0, x[i], y[i], z[i]), numbers[i]);
         ASSERT_EQ(results->SafeValueGet(0, x[i] + 1, y[i], z[i], -1), -1);
         // At the same place of another leaf.
-        ASSERT_EQ(results->SafeValueGet(0, x[i] + 512, y[i], z[i], -1), -1);
+        ASSERT_EQ(results->SafeValueGet(0, x[i] + 64, y[i], z[i], -1), -1);
     }
 }
 
