@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <future>
 #include <limits>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,14 +32,11 @@ std::vector<std::string> AllNames(const orvalo::Results& results) {
     return text == nullptr ? std::vector<std::string>() : text->ColumnNames();
 }
 
-// Rows are worked on in blocks that stay in the nearest cache.
-constexpr std::size_t blockRows = 1024;
-
 /// Calls `work` with the number of rows of each block.
 template <typename Work>
 void ForEachBlock(const orvalo::Results& results, const Work& work) {
     for (std::size_t left = results.RowCount(), count = 0; left > 0; left -= count) {
-        count = std::min(blockRows, left);
+        count = std::min(ColumnEntries<double>::blockRows, left);
         work(count);
     }
 }
@@ -61,14 +61,13 @@ struct Extent {
 
 ResultsSummary::Column SummarizeColumn(const orvalo::Results& results, unsigned int col) {
     ColumnEntries<double> entries(ValueRuns(results, col));
-    std::array<double, blockRows> values;
     ResultsSummary::Column column;
     column.least = Extent::infinity;
     column.greatest = -Extent::infinity;
     long double sum = 0.0L;
     std::size_t numbers = 0;
     ForEachBlock(results, [&](std::size_t count) {
-        entries.Fetch(values.data(), count);
+        const double* const values = entries.Next(count);
         // Several at once, for each waits for the one before.
         std::array<Extent, 4> lanes;
         for (std::size_t i = 0; i < count; ++i) lanes[i % lanes.size()].Take(values[i]);
@@ -103,20 +102,16 @@ Key KeyOf(int first, int second, int third) {
 /// The coordinates of all rows, a block at a time.
 class Coordinates {
 public:
-    using Block = std::array<std::array<short, blockRows>, 3>;
+    using Block = std::array<const short*, 3>;
 
     explicit Coordinates(const orvalo::Results& results)
         : axes_{ColumnEntries(IndexRuns(results, 0)), ColumnEntries(IndexRuns(results, 1)),
                 ColumnEntries(IndexRuns(results, 2))} {}
 
-    const Block& Fetch(std::size_t count) {
-        for (std::size_t axis = 0; axis < axes_.size(); ++axis) axes_[axis].Fetch(block_[axis].data(), count);
-        return block_;
-    }
+    Block Next(std::size_t count) { return {axes_[0].Next(count), axes_[1].Next(count), axes_[2].Next(count)}; }
 
 private:
     std::array<ColumnEntries<short>, 3> axes_;
-    Block block_;
 };
 
 /// Whether every row has a greater cell than the one before, of which the axes count in some order: then no cell is
@@ -156,7 +151,7 @@ CoordinateScan Scan(const orvalo::Results& results) {
     Ascent byZ(2, 1, 0);
     Coordinates coordinates(results);
     ForEachBlock(results, [&](std::size_t count) {
-        const Coordinates::Block& block = coordinates.Fetch(count);
+        const Coordinates::Block block = coordinates.Next(count);
         for (std::size_t axis = 0; axis < scan.axes.size(); ++axis) {
             short first = block[axis][0];
             short last = first;
@@ -180,20 +175,21 @@ std::uint64_t CountByBits(const orvalo::Results& results, const ResultsSummary::
     const ResultsSummary::Axis& zs = box.axes[2];
     const auto width = static_cast<std::size_t>(ys.last - ys.first) + 1;
     const auto depth = static_cast<std::size_t>(zs.last - zs.first) + 1;
-    std::vector<bool> taken(box.cells);
-    std::uint64_t count = 0;
+    constexpr std::size_t wordBits = 64;
+    std::vector<std::uint64_t> taken(box.cells / wordBits + 1);
     Coordinates coordinates(results);
     ForEachBlock(results, [&](std::size_t rows) {
-        const Coordinates::Block& block = coordinates.Fetch(rows);
+        const Coordinates::Block block = coordinates.Next(rows);
         for (std::size_t i = 0; i < rows; ++i) {
             const std::size_t column = static_cast<std::size_t>(block[0][i] - xs.first) * width +
                                        static_cast<std::size_t>(block[1][i] - ys.first);
             const std::size_t cell = column * depth + static_cast<std::size_t>(block[2][i] - zs.first);
-            count += taken[cell] ? 0 : 1;
-            taken[cell] = true;
+            taken[cell / wordBits] |= std::uint64_t{1} << cell % wordBits;
         }
     });
-    return count;
+    return std::accumulate(taken.begin(), taken.end(), std::uint64_t{0}, [](std::uint64_t count, std::uint64_t word) {
+        return count + static_cast<std::uint64_t>(std::popcount(word));
+    });
 }
 
 std::uint64_t CountBySorting(const orvalo::Results& results) {
@@ -201,7 +197,7 @@ std::uint64_t CountBySorting(const orvalo::Results& results) {
     keys.reserve(results.RowCount());
     Coordinates coordinates(results);
     ForEachBlock(results, [&](std::size_t count) {
-        const Coordinates::Block& block = coordinates.Fetch(count);
+        const Coordinates::Block block = coordinates.Next(count);
         for (std::size_t i = 0; i < count; ++i) keys.push_back(KeyOf(block[0][i], block[1][i], block[2][i]));
     });
     std::sort(keys.begin(), keys.end());
@@ -243,14 +239,20 @@ ResultsSummary Summarize(const orvalo::Results& results) {
     summary.indexColumns = results.IndicesColCount();
     summary.indexNames = AllNames(results);
     summary.indexNames.resize(std::min(summary.indexColumns, summary.indexNames.size()));
-    // Values and coordinates take about as long.
-    auto box = std::async([&] { return FindBox(results); });
+    summary.columns.resize(results.ValuesColCount());
     const std::vector<std::string> names = ValueColumnNames(results);
-    for (unsigned int col = 0; col < results.ValuesColCount(); ++col) {
-        summary.columns.push_back(SummarizeColumn(results, col));
-        if (col < names.size()) summary.columns.back().name = names[col];
-    }
-    summary.box = box.get();
+    std::atomic<unsigned int> next{0};
+    const auto summarizeColumns = [&] {
+        for (unsigned int col = 0; (col = next++) < summary.columns.size();) {
+            summary.columns[col] = SummarizeColumn(results, col);
+            if (col < names.size()) summary.columns[col].name = names[col];
+        }
+    };
+    // Two columns at a time, or the coordinates, which take as long as some of them, and one.
+    auto others = std::async(summarizeColumns);
+    summary.box = FindBox(results);
+    summarizeColumns();
+    others.get();
     return summary;
 }
 
