@@ -8,7 +8,7 @@
 
 namespace orvalo {
 
-/// The reader's key to the operations of the model classes that fill them and that clients have no use for.
+/// How the reader fills the model classes; its key to what programs that fill them have no use for.
 class ModelAccess {
 public:
     static void AllocCubes(Cubes& cubes, std::size_t count, bool withTemperatures) {

@@ -90,6 +90,11 @@ public:
     /// Damping cube `index`. Not range-checked.
     DampingCube DampingCubeAt(std::size_t index) const { return DampingRecords()[index]; }
 
+    /// Makes room for a grid, to be filled through CubesPtr and TemperaturesPtr: `count` zeroed records, and as many
+    /// temperatures if wanted, in the place of those before. Throws OutOfMemory.
+    void AllocCubes(std::size_t count, bool withTemperatures);
+    /// The same for damping cubes and DampingCubesPtr.
+    void AllocDampingCubes(std::size_t count);
     /// Drops this object's buffers. A count whose buffer was never allocated is left as it is.
     void Free();
 
@@ -113,12 +118,6 @@ public:
     double* TemperaturesPtr() const { return temperaturesBuffer_.get(); }
 
 private:
-    friend class ModelAccess;
-
-    // Both set the count, then replace an earlier buffer by a zeroed one. They throw OutOfMemory.
-    void AllocCubes(std::size_t count, bool withTemperatures);
-    void AllocDampingCubes(std::size_t count);
-
     std::size_t cubesCount_ = 0;
     std::size_t dampingCubesCount_ = 0;
     std::shared_ptr<unsigned char[]> cubesBuffer_;

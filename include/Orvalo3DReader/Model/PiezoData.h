@@ -28,7 +28,11 @@ public:
         unsigned short tableW;  ///< Drives w.
     };
 
-    /// The number of points that the section declared, which the number of cells need not equal.
+    /// Adds a point driven by the tables u, v and w, or an interpolated one if all of them are 0. Throws
+    /// PiezoPointDuplicated for a position that is taken, leaving the cells unchanged, and OutOfMemory.
+    void Add(short x, short y, unsigned short tableU, unsigned short tableV, unsigned short tableW);
+    /// The number of points that the section declared, which the number of cells need not equal; 0 where they come from
+    /// no file.
     std::size_t Count() const { return count_; }
     /// The cells by ascending key: by y, then by x, both compared as unsigned 16-bit patterns. The map and the cells
     /// are owned by this object and its copies.
@@ -39,8 +43,6 @@ private:
 
     /// y in the high 16 bits, x in the low 16 bits.
     static unsigned int Key(short x, short y);
-    /// Adds a point. Throws PiezoPointDuplicated for a position that is taken, leaving the cells unchanged.
-    void Add(short x, short y, unsigned short tableU, unsigned short tableV, unsigned short tableW);
 
     std::map<unsigned int, Cell*> cells_;
     std::size_t count_ = 0;

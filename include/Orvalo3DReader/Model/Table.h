@@ -20,6 +20,9 @@ public:
     /// Shares the samples.
     Table& operator=(const Table&) = default;
 
+    /// Makes room for `count` zeroed samples, as doubles or as floats, to be filled through `data`. Throws OutOfMemory.
+    void Allocate(bool asDoubles);
+
     /// Sample `index` as a double. Not range-checked.
     double Get(std::size_t index) const;
 
@@ -40,16 +43,11 @@ public:
     bool doublePrecision = true;
 
 private:
-    friend class ModelAccess;
-
     template <class Number>
     Samples<Number> View(bool holdsThem) const {
         return holdsThem && data != nullptr ? Samples<Number>(static_cast<const Number*>(data), count)
                                             : Samples<Number>();
     }
-
-    /// Allocates `count` zeroed samples. Throws OutOfMemory.
-    void Allocate(bool asDoubles);
 
     std::shared_ptr<unsigned char[]> storage_;
 };
