@@ -38,3 +38,9 @@
 #include <Orvalo3DReader/Results/Results.h>
 #include <Orvalo3DReader/Results/ResultsMat.h>
 #include <Orvalo3DReader/Results/ResultsTxt.h>
+#include <Orvalo3DReader/Write/ResultsView.h>
+#include <Orvalo3DReader/Write/WriteError.h>
+#include <Orvalo3DReader/Write/WriteModel.h>
+#include <Orvalo3DReader/Write/WriteOptions.h>
+#include <Orvalo3DReader/Write/WriteResultsMat.h>
+#include <Orvalo3DReader/Write/WriteResultsTxt.h>

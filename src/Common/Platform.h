@@ -50,6 +50,44 @@ private:
     int descriptor_ = -1;
 };
 
+/// A file that is being written, under a name that nothing else has.
+class NewFile {
+public:
+    NewFile() = default;
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+    ~NewFile();
+
+    /// Makes an empty file, unless something of that name is there.
+    bool Create(const std::string& path) noexcept;
+    /// Gives it the permissions of another file.
+    bool TakePermissions(const std::string& path) noexcept;
+    bool Write(const void* data, std::size_t size) noexcept;
+    /// Has what was written reach the medium, so that it is there after a crash, and closes the file.
+    bool Finish() noexcept;
+    void Close() noexcept;
+
+private:
+    int descriptor_ = -1;
+};
+
+/// What stands under a path to which something is to be written.
+enum class Target { Nothing, File, ReadOnlyFile, OtherThing };
+Target LookAtTarget(const std::string& path) noexcept;
+
+/// Gives a file another name in its directory, where nothing has that name, or else instead of what has.
+bool MoveToFreeName(const std::string& from, const std::string& to) noexcept;
+bool MoveOver(const std::string& from, const std::string& to) noexcept;
+bool RemoveFile(const std::string& path) noexcept;
+
+/// A number that no other process has at the same time.
+unsigned long ProcessNumber() noexcept;
+
+/// What the last call of this thread failed for, and its text.
+int LastFailure() noexcept;
+bool NameIsTaken(int failure) noexcept;
+std::string FailureText(int failure);
+
 /// What can be said of a file by its path. It is not there only where the system says so; a directory that may not be
 /// searched, or a loop of links, hides it.
 enum class Presence { There, NotThere, Hidden };

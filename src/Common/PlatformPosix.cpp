@@ -15,6 +15,9 @@ namespace orvalo::platform {
 
 namespace {
 
+/// One call transfers at most what the system's signed count holds; larger requests are refused by some systems.
+constexpr std::size_t maxAtOnce = std::size_t{1} << 30U;
+
 std::size_t PageSize() noexcept {
     static const auto size = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     return size;
@@ -94,8 +97,6 @@ void InputFile::Close() noexcept {
 }
 
 std::optional<std::size_t> InputFile::Read(void* buffer, std::size_t size) noexcept {
-    // One call transfers at most what the system's signed count holds; larger requests are refused by some systems.
-    constexpr std::size_t maxAtOnce = std::size_t{1} << 30;
     auto* const bytes = static_cast<unsigned char*>(buffer);
     std::size_t filled = 0;
     while (filled < size) {
@@ -116,6 +117,106 @@ std::optional<std::uint64_t> InputFile::Size() const noexcept {
     struct stat status {};
     if (::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
     return static_cast<std::uint64_t>(status.st_size);
+}
+
+NewFile::~NewFile() {
+    Close();
+}
+
+bool NewFile::Create(const std::string& path) noexcept {
+    constexpr mode_t readableAndWritable = 0666;
+    do {
+        descriptor_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, readableAndWritable);
+    } while (descriptor_ < 0 && errno == EINTR);
+    return descriptor_ >= 0;
+}
+
+bool NewFile::TakePermissions(const std::string& path) noexcept {
+    constexpr mode_t permissions = 0777;
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && ::fchmod(descriptor_, status.st_mode & permissions) == 0;
+}
+
+bool NewFile::Write(const void* data, std::size_t size) noexcept {
+    const auto* bytes = static_cast<const unsigned char*>(data);
+    while (size > 0) {
+        const ssize_t put = ::write(descriptor_, bytes, std::min(size, maxAtOnce));
+        if (put < 0 && errno == EINTR) continue;
+        if (put < 0) return false;
+        bytes += put;
+        size -= static_cast<std::size_t>(put);
+    }
+    return true;
+}
+
+bool NewFile::Finish() noexcept {
+    int synced;
+    do {
+        synced = ::fsync(descriptor_);
+    } while (synced != 0 && errno == EINTR);
+    // Some file systems have nothing to do, and say that the call makes no sense for them.
+    if (synced != 0 && errno != EINVAL) return false;
+    const int closed = ::close(descriptor_);
+    descriptor_ = -1;
+    return closed == 0 || errno == EINTR;
+}
+
+void NewFile::Close() noexcept {
+    if (descriptor_ >= 0) ::close(descriptor_);
+    descriptor_ = -1;
+}
+
+Target LookAtTarget(const std::string& path) noexcept {
+    constexpr mode_t writable = 0222;
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) return Target::Nothing;
+    if (!S_ISREG(status.st_mode)) return Target::OtherThing;
+    // The superuser may write to any file, but means those that are marked no more than anybody else.
+    const bool marked = (status.st_mode & writable) == 0;
+    return marked || ::access(path.c_str(), W_OK) != 0 ? Target::ReadOnlyFile : Target::File;
+}
+
+bool MoveToFreeName(const std::string& from, const std::string& to) noexcept {
+    if (::link(from.c_str(), to.c_str()) == 0) {
+        if (::unlink(from.c_str()) == 0) return true;
+        const int failure = errno;
+        ::unlink(to.c_str());
+        errno = failure;
+        return false;
+    }
+    // Not every file system has links; then the name might be taken between the look and the move.
+    const bool noLinks = errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS || errno == EMLINK;
+    if (!noLinks) return false;
+    struct stat status {};
+    if (::stat(to.c_str(), &status) == 0) {
+        errno = EEXIST;
+        return false;
+    }
+    return ::rename(from.c_str(), to.c_str()) == 0;
+}
+
+bool MoveOver(const std::string& from, const std::string& to) noexcept {
+    return ::rename(from.c_str(), to.c_str()) == 0;
+}
+
+bool RemoveFile(const std::string& path) noexcept {
+    return ::unlink(path.c_str()) == 0;
+}
+
+unsigned long ProcessNumber() noexcept {
+    return static_cast<unsigned long>(::getpid());
+}
+
+int LastFailure() noexcept {
+    return errno;
+}
+
+bool NameIsTaken(int failure) noexcept {
+    return failure == EEXIST;
+}
+
+std::string FailureText(int failure) {
+    return std::generic_category().message(failure);
 }
 
 Presence LookFor(const std::string& path) noexcept {

@@ -29,6 +29,8 @@ inline constexpr const char* Reader = "Reader\\Reader";
 inline constexpr const char* ResultsReader = "Reader\\ResultsReader";
 inline constexpr const char* ResultsMat = "Results\\ResultsMat";
 inline constexpr const char* ResultsTxt = "Results\\ResultsTxt";
+inline constexpr const char* WriteModel = "Write\\WriteModel";
+inline constexpr const char* WriteResults = "Write\\WriteResults";
 }  // namespace module
 
 /// Lines of those modules that are fixed, whatever line raises: clients tell by them what was refused, or which buffer

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 #include "Common/Bytes.h"
@@ -77,6 +80,40 @@ private:
     std::array<std::int16_t, 4> greatest_ = {min, min, min, min};
 };
 
+/// The decimal digits of two numbers below 10^8, sixteen characters with zeros before each number's digits.
+class SixteenDigits {
+public:
+    SixteenDigits(std::uint32_t first, std::uint32_t second) : words_{Eight(first), Eight(second)} {}
+
+    /// How many digits there are without the zeros at the end.
+    unsigned int Significant() const {
+        // A zero word has 64 leading zeros, and so counts as no digits.
+        const bool secondCounts = words_[1] != 0;
+        const auto zeros = static_cast<unsigned int>(std::countl_zero(words_[secondCounts ? 1 : 0])) / 8;
+        return (secondCounts ? 16U : 8U) - zeros;
+    }
+
+    void StoreAt(char* p) const {
+        for (std::size_t i = 0; i < 2; ++i) {
+            const std::uint64_t text = words_[i] + EightTimes('0');
+            std::memcpy(p + 8 * i, &text, sizeof text);
+        }
+    }
+
+private:
+    /// Each digit in a byte, the first one lowest.
+    static std::uint64_t Eight(std::uint32_t value) {
+        // Halves, quarters and eighths, side by side.
+        const std::uint64_t halves = value / 10000 | std::uint64_t{value % 10000} << 32U;
+        const std::uint64_t hundreds = (halves * 10486U >> 20U) & 0x0000007F0000007FU;
+        const std::uint64_t quarters = hundreds | (halves - hundreds * 100) << 16U;
+        const std::uint64_t tens = (quarters * 103U >> 10U) & 0x000F000F000F000FU;
+        return tens | (quarters - tens * 10) << 8U;
+    }
+
+    std::array<std::uint64_t, 2> words_;
+};
+
 }  // namespace scalar
 
 #if defined(__SSE2__)
@@ -142,6 +179,35 @@ private:
 
     __m128i least_ = _mm_set1_epi16(0x7FFF);
     __m128i greatest_ = _mm_set1_epi16(-0x8000);
+};
+
+/// As scalar::SixteenDigits.
+class SixteenDigits {
+public:
+    SixteenDigits(std::uint32_t first, std::uint32_t second) {
+        // Quotients as products with rounded-up reciprocals.
+        const __m128i numbers = _mm_set_epi64x(second, first);
+        const __m128i upper = _mm_srli_epi64(_mm_mul_epu32(numbers, _mm_set1_epi32(-0x2E48E8A7)), 45);
+        const __m128i lower = _mm_sub_epi32(numbers, _mm_mul_epu32(upper, _mm_set1_epi32(10000)));
+        const __m128i halves = _mm_or_si128(upper, _mm_slli_epi64(lower, 32));
+        const __m128i hundreds = _mm_srli_epi16(_mm_mulhi_epu16(halves, _mm_set1_epi16(5243)), 3);
+        const __m128i rests = _mm_sub_epi16(halves, _mm_mullo_epi16(hundreds, _mm_set1_epi16(100)));
+        const __m128i quarters = _mm_or_si128(hundreds, _mm_slli_epi32(rests, 16));
+        const __m128i tens = _mm_mulhi_epu16(quarters, _mm_set1_epi16(6554));
+        const __m128i ones = _mm_sub_epi16(quarters, _mm_mullo_epi16(tens, _mm_set1_epi16(10)));
+        const __m128i digits = _mm_or_si128(tens, _mm_slli_epi16(ones, 8));
+        const int nonZero = _mm_movemask_epi8(_mm_cmpgt_epi8(digits, _mm_setzero_si128()));
+        significant_ = static_cast<unsigned int>(std::bit_width(static_cast<unsigned int>(nonZero)));
+        text_ = _mm_or_si128(digits, _mm_set1_epi8('0'));
+    }
+
+    unsigned int Significant() const { return significant_; }
+
+    void StoreAt(char* p) const { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), text_); }
+
+private:
+    __m128i text_;
+    unsigned int significant_;
 };
 
 }  // namespace sse2

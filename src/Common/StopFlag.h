@@ -8,16 +8,18 @@
 
 namespace orvalo {
 
-/// The caller's flag that ends a read, or none. Whatever may take long looks at it every few milliseconds: where a file
-/// is read on, at keywords, and in pieces of what is computed thereafter.
+/// The caller's flag that ends a read or a write, or none. Whatever may take long looks at it every few milliseconds:
+/// where a file is read on, at keywords, and in pieces of what is computed thereafter.
 class StopFlag {
 public:
     StopFlag() = default;
     explicit StopFlag(const std::atomic<bool>* flag) : flag_(flag) {}
+    /// With the text of the exception.
+    StopFlag(const std::atomic<bool>* flag, const char* text) : flag_(flag), text_(text) {}
 
     /// Throws Stopped once the flag is set.
     void Check() const {
-        if (flag_ != nullptr && flag_->load(std::memory_order_relaxed)) throw Stopped();
+        if (flag_ != nullptr && flag_->load(std::memory_order_relaxed)) throw Stopped(text_);
     }
 
     /// Calls `work(begin, end)` for the pieces, of at most `piece`, of [0, count), and looks at the flag before each.
@@ -31,6 +33,7 @@ public:
 
 private:
     const std::atomic<bool>* flag_ = nullptr;
+    const char* text_ = "Reading was stopped.";
 };
 
 }  // namespace orvalo

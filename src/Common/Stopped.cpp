@@ -2,7 +2,9 @@
 
 namespace orvalo {
 
-Stopped::Stopped() : Exception("Common\\Stopped", __LINE__, 0, "Reading was stopped.") {}
+Stopped::Stopped() : Stopped("Reading was stopped.") {}
+
+Stopped::Stopped(const char* text) : Exception("Common\\Stopped", __LINE__, 0, "%s", text) {}
 
 Stopped::~Stopped() = default;
 

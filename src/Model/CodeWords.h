@@ -20,4 +20,18 @@ inline constexpr CodeWord fileWriteModes[] = {{"create", 1}, {"append", 2}, {"ov
 inline constexpr CodeWord fileNotations[] = {{"decimal", 0}, {"scientific", 1}};
 inline constexpr CodeWord fileFormats[] = {{"txt", 0}, {"mat", 1}};
 
+/// What an output records, as the model holds it.
+struct ComponentWord {
+    std::string_view word;
+    std::string_view codes;
+};
+
+/// Displacements and their magnitude.
+inline constexpr ComponentWord sensorComponents[] = {{"u", "u"}, {"v", "v"}, {"w", "w"}, {"m", "m"}};
+/// The last one is all others.
+inline constexpr ComponentWord dumpComponents[] = {
+    {"u0", "u0"}, {"v0", "v0"}, {"w0", "w0"}, {"u1", "u1"}, {"v1", "v1"},
+    {"w1", "w1"}, {"u2", "u2"}, {"v2", "v2"}, {"w2", "w2"}, {"all", "u0v0w0u1v1w1u2v2w2"},
+};
+
 }  // namespace orvalo

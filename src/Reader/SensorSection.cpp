@@ -6,19 +6,14 @@ namespace orvalo {
 
 namespace {
 
-/// Displacements and their magnitude.
-struct Component {
-    std::string_view word;
-};
-constexpr Component components[] = {{"u"}, {"v"}, {"w"}, {"m"}};
-static_assert(HasWords(components));
+static_assert(HasWords(sensorComponents));
 
 void ReadComponents(ReaderCore& core, Sensor& sensor) {
     sensor.output.clear();
     for (;; core.NextToken()) {
-        const auto row = core.FindWord(components, module::OutputReader, ReaderMessages::SensorOutputExpected);
+        const auto row = core.FindWord(sensorComponents, module::OutputReader, ReaderMessages::SensorOutputExpected);
         if (!row) return;
-        sensor.output += components[*row].word;
+        sensor.output += sensorComponents[*row].codes;
     }
 }
 

@@ -71,6 +71,15 @@ void ResultsTxt::Finalize(StopFlag stop) {
     if (!storage_->lookup.Build(runs, stop)) ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
 }
 
+const double* ResultsTxt::ValueRun(unsigned int column, unsigned int row, unsigned int& rows) const {
+    rows = std::min(storage_->values.RowsOfBlockFrom(row), storage_->rowCount - row);
+    return &storage_->values.At(column, row);
+}
+const short* ResultsTxt::IndexRun(unsigned int column, unsigned int row, unsigned int& rows) const {
+    rows = std::min(storage_->indices.RowsOfBlockFrom(row), storage_->rowCount - row);
+    return &storage_->indices.At(column, row);
+}
+
 bool ResultsTxt::ValuesDefined() const {
     return storage_->rowCount > 0;
 }

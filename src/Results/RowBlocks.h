@@ -51,6 +51,8 @@ public:
         return blocks_[row >> shift_][std::size_t{row & rowInBlock_} * columns_ + column];
     }
 
+    /// How many rows, that one included, lie one after the other in its block.
+    std::uint32_t RowsOfBlockFrom(std::uint32_t row) const { return rowInBlock_ - (row & rowInBlock_) + 1; }
     /// How many rows a block holds; the last one may hold fewer.
     std::size_t RowsPerBlock() const { return std::size_t{rowInBlock_} + 1; }
     const T* Block(std::size_t block) const { return blocks_[block]; }

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstdio>
 #include <random>
 #include <string>
 #include <string_view>
@@ -69,6 +70,31 @@ TEST(Simd, ConvertsEveryNumberInEveryPlace) {
         const std::string padded = std::string(zeros.substr(0, 4 - text.size())) + text;
         ASSERT_EQ(convert({text, "9999", padded, "0"}), number | 9999ULL << 16U | number << 32U);
         ASSERT_EQ(convert({"", text, "7", padded}), number << 16U | 7ULL << 32U | number << 48U);
+    }
+}
+
+template <class SixteenDigits>
+void ExpectDigits(std::uint32_t first, std::uint32_t second) {
+    char padded[17];
+    std::snprintf(padded, sizeof padded, "%08u%08u", first, second);
+    const std::string expected = padded;
+    const SixteenDigits digits(first, second);
+    std::string written(16, '?');
+    digits.StoreAt(written.data());
+    ASSERT_EQ(written, expected);
+    ASSERT_EQ(digits.Significant(), first + second == 0 ? digits.Significant() : expected.find_last_not_of('0') + 1);
+}
+
+TEST(Simd, WritesEveryDigitInEveryPlace) {
+    std::mt19937 random(5);
+    for (std::uint32_t number = 0; number < 10000; ++number) {
+        for (const std::uint32_t scale : {1U, 100U, 10000U}) {
+            const std::uint32_t other = number % 3 == 0 ? 0 : static_cast<std::uint32_t>(random() % 100000000);
+            ExpectDigits<scalar::SixteenDigits>(number * scale % 100'000'000, other);
+            ExpectDigits<fast::SixteenDigits>(number * scale % 100'000'000, other);
+            ExpectDigits<scalar::SixteenDigits>(other, number * scale % 100'000'000);
+            ExpectDigits<fast::SixteenDigits>(other, number * scale % 100'000'000);
+        }
     }
 }
 

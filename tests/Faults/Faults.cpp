@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdarg>
 #include <random>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -40,17 +42,67 @@ int __real_stat(const char* path, struct stat* status);
 int __wrap_stat(const char* path, struct stat* status);
 int __real_fstat(int descriptor, struct stat* status);
 int __wrap_fstat(int descriptor, struct stat* status);
+ssize_t __real_write(int descriptor, const void* data, size_t size);
+ssize_t __wrap_write(int descriptor, const void* data, size_t size);
+int __real_fsync(int descriptor);
+int __wrap_fsync(int descriptor);
+int __real_fchmod(int descriptor, mode_t mode);
+int __wrap_fchmod(int descriptor, mode_t mode);
+int __real_link(const char* from, const char* to);
+int __wrap_link(const char* from, const char* to);
+int __real_rename(const char* from, const char* to);
+int __wrap_rename(const char* from, const char* to);
 
 int __wrap_open(const char* path, int flags, ...) {
     if (Fails(opening, EACCES)) return -1;
-    const int descriptor = __real_open(path, flags);
+    std::va_list arguments;
+    va_start(arguments, flags);
+    const int descriptor = __real_open(path, flags, (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0);
+    va_end(arguments);
     if (descriptor >= 0) ++held.files;
     return descriptor;
 }
 
 int __wrap_close(int descriptor) {
     --held.files;
-    return __real_close(descriptor);
+    const int closed = __real_close(descriptor);
+    return Fails(saving, EIO) ? -1 : closed;
+}
+
+ssize_t __wrap_write(int descriptor, const void* data, size_t size) {
+    if (raising != nullptr && raising->Fails()) raised = true;
+    if (Fails(saving, ENOSPC)) return -1;
+    if (transfer.interrupted && ++readCalls % 2 != 0) {
+        errno = EINTR;
+        return -1;
+    }
+    if (room == 0 && size > 0) {
+        errno = ENOSPC;
+        return -1;
+    }
+    size = std::min({size, Most(), room});
+    if (room != static_cast<std::size_t>(-1)) room -= size;
+    return __real_write(descriptor, data, size);
+}
+
+int __wrap_fsync(int descriptor) {
+    return Fails(saving, EIO) ? -1 : __real_fsync(descriptor);
+}
+
+int __wrap_fchmod(int descriptor, mode_t mode) {
+    return Fails(saving, EPERM) ? -1 : __real_fchmod(descriptor, mode);
+}
+
+int __wrap_link(const char* from, const char* to) {
+    if (!links) {
+        errno = EPERM;
+        return -1;
+    }
+    return Fails(saving, ENOSPC) ? -1 : __real_link(from, to);
+}
+
+int __wrap_rename(const char* from, const char* to) {
+    return Fails(saving, EIO) ? -1 : __real_rename(from, to);
 }
 
 ssize_t __wrap_read(int descriptor, void* buffer, size_t size) {

@@ -32,7 +32,13 @@ inline bool largePages = false;
 inline Series* opening = nullptr;
 inline Series* reading = nullptr;
 inline Series* asking = nullptr;
-/// Calls of read, of which one raises the flag.
+/// write, fsync, close, fchmod, link and rename; only while it is set, so that nothing but a write is meant.
+inline Series* saving = nullptr;
+/// Whether the file system has links.
+inline bool links = true;
+/// How many more bytes the medium takes.
+inline std::size_t room = static_cast<std::size_t>(-1);
+/// Calls of read and write, of which one raises the flag.
 inline Series* raising = nullptr;
 inline std::atomic<bool> raised{false};
 

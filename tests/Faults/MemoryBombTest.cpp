@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <iterator>
@@ -18,6 +19,7 @@
 #include "Common/Buffers.h"
 #include "Faults/Faults.h"
 #include "Faults/Subjects.h"
+#include "Support/RoundTrip.h"
 
 namespace orvalo::faults {
 namespace {
@@ -178,6 +180,43 @@ TEST(MemoryBombs, ClaimedCountsTakeNoLargePages) {
     const Cost cost = Measure([&] { return support::ReadPath(path).code; });
     largePages = false;
     ExpectCost("large pages", cost, 143, content.size());
+}
+
+TEST(MemoryOfWrites, IsBounded) {
+    constexpr unsigned int rows = 400'000;
+    std::string grid;
+    for (unsigned int i = 0; i < rows; ++i) grid += std::to_string(i % 100) + " 7 " + std::to_string(i / 100) + " 1\n";
+    const std::string sections = support::Sections("AMXWTS");
+    const std::string cubes = "CUBES count " + std::to_string(rows) + " format 0 data\n" + grid + "END END ";
+    const Model model = ReadModel(
+        support::WriteFile("large.model", support::Replaced(sections, "ACTUATOR shape point position 1 1 1 input def",
+                                                            cubes + "ACTUATOR shape point position 1 1 1 input def")));
+    // Rows and columns that take no memory of their own.
+    const short zero = 0;
+    const double third = 1.0 / 3;
+    const double one = 1;
+    ResultsView rowsOfOne;
+    rowsOfOne.rows = rows;
+    rowsOfOne.indices.assign(3, {&zero, 0});
+    rowsOfOne.values.assign(3, {&third, 0});
+    ResultsView wide;
+    wide.rows = 300;
+    wide.values.assign(32767, {&one, 0});
+    wide.valueNames.resize(wide.values.size());
+    const auto text = Load(support::WriteFile("large.txt", SmallText(30'000)));
+    const std::string path = support::ScratchDirectory() + "/large.written";
+    const std::function<void()> writes[] = {[&] { WriteModel(model, path, support::Overwriting("large.cubes")); },
+                                            [&] { WriteResultsTxt(rowsOfOne, path, support::Overwriting()); },
+                                            [&] { WriteResultsTxt(wide, path, support::Overwriting()); },
+                                            [&] { WriteResultsTxt(*text, path, support::Overwriting()); },
+                                            [&] { WriteResultsMat(rowsOfOne, path, support::Overwriting()); },
+                                            [&] { WriteResultsMat(*text, path, support::Overwriting()); }};
+    for (const auto& write : writes) {
+        const Cost cost = Measure([&] { return write(), 0; });
+        EXPECT_EQ(cost.code, 0);
+        EXPECT_LE(cost.committedKiB, 4096);
+        EXPECT_TRUE(std::filesystem::remove(path));
+    }
 }
 
 TEST(MemoryBombs, AThousandNestedIncludes) {

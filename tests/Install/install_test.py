@@ -74,17 +74,22 @@ class FromOutside(unittest.TestCase):
             self.check_client(build / "client")
 
     def test_programs_of_the_readme_by_pkg_config(self):
-        self.assertEqual(len(PROGRAMS), 2)
+        self.assertEqual(len(PROGRAMS), 3)
         for (kind, _), library in self.installed():
             words = run("pkg-config", "--cflags", "--libs", "Orvalo3DReader",
                         PKG_CONFIG_PATH=str(library.parent / "pkgconfig")).split()
-            for text, file, expected in zip(PROGRAMS, ("plate.model", "plate-results.mat"),
-                                            (r"^40 75 4 pzt-ceramic$", r"^15000 rows, 3 values each$"), strict=True):
+            for text, files, expected in zip(PROGRAMS, (["plate.model"], ["plate-results.mat"],
+                                                        ["plate.model", self.folder / "strong.model"]),
+                                             (r"^40 75 4 pzt-ceramic$", r"^15000 rows, 3 values each$", r"^$"), strict=True):
                 source, program = self.folder / "program.cpp", self.folder / "program"
                 source.write_text(text)
                 run(COMPILER, "-std=c++17", *FLAGS, source, "-o", program, *words)
                 path = str(library.parent) if kind == "shared" else ""
-                self.assertTrue(re.search(expected, run(program, PLATE / file, LD_LIBRARY_PATH=path), re.M))
+                self.assertTrue(re.search(expected, run(program, *(PLATE / file for file in files), LD_LIBRARY_PATH=path),
+                                          re.M))
+            written = (self.folder / "strong.model").read_text()
+            self.assertIn('; All actuators twice as strong.\nANALYSIS\n  cellsize = 0.5\n', written)
+            self.assertIn("  amplitude = 5\n", written)
 
     def test_every_header_compiles_alone_as_cpp17(self):
         include = self.prefixes["shared"] / "include"

@@ -16,8 +16,13 @@
 
 namespace orvalo {
 
+/// What is called for all results that tests read without an error, if anything.
+inline void (*afterReadingResults)(const Results& results) = nullptr;
+
 inline std::unique_ptr<Results> Load(const std::string& path) {
-    return std::unique_ptr<Results>(ResultsReader(path).Execute());
+    std::unique_ptr<Results> results(ResultsReader(path).Execute());
+    if (afterReadingResults != nullptr) afterReadingResults(*results);
+    return results;
 }
 
 inline std::unique_ptr<Results> LoadBytes(std::string_view content) {

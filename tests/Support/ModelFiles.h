@@ -93,6 +93,9 @@ struct Outcome {
     std::shared_ptr<Model> model = std::make_shared<Model>();
 };
 
+/// What is called for every whole model that tests read without an error, if anything.
+inline void (*afterReadingModel)(const Model& model, bool doublePrecision) = nullptr;
+
 inline Outcome ReadPath(const std::string& path, const ReadSettings& options = {}) {
     Outcome outcome;
     ModelReader reader(path, options.cubesOnly, options.bufferSize);
@@ -106,6 +109,8 @@ inline Outcome ReadPath(const std::string& path, const ReadSettings& options = {
         outcome.place = failure.Place();
         outcome.row = failure.Row();
     }
+    const bool whole = outcome.code == 0 && !options.cubesOnly;
+    if (whole && afterReadingModel != nullptr) afterReadingModel(*outcome.model, options.doublePrecision);
     return outcome;
 }
 

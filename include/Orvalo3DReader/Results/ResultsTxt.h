@@ -51,7 +51,13 @@ public:
 
 private:
     friend class ResultsTxtReader;
+    friend class ResultsSource;
     struct Storage;
+
+    /// The entry of a column in a row, from which on the next rows lie at equal distances, and how many do, that one
+    /// included. Not checked.
+    const double* ValueRun(unsigned int column, unsigned int row, unsigned int& rows) const;
+    const short* IndexRun(unsigned int column, unsigned int row, unsigned int& rows) const;
 
     /// Takes the columns from the first line. Throws ErrorReadingResultsFile and OutOfMemory.
     void ReadHeader(const TextLine& line);
