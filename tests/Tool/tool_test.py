@@ -40,6 +40,52 @@ w.model:3:22: note: With 'format 1' each row ends with a temperature.
 """
 RESULTS = 'x\ty\tz\tf\tux\tuy\n1\t2\t3\t0\t0.1\t-2.5e-3\n65535\t2\t3\t0\tnan\t7\n'
 
+TIDY = """ANALYSIS
+  cellsize = 1
+  timestep = 0.1
+END
+
+MATERIALS
+  1 0 "a" 1 2 1
+  2 2 "b" 0 0 1 0 0 1 0 0 0.3
+END
+
+CUBES
+  count = 2
+  format = 0
+  data
+1 1 1 1
+2 1 1 2
+  END
+END
+
+ACTUATOR
+  shape = point
+  position = 1 1 1
+  input = wave
+  table = 5
+  method = force
+  direction = u
+END
+
+TABLE
+  id = 5
+  count = 2
+  data
+0
+1
+  END
+END
+
+SENSOR
+  id = 1
+  shape = point
+  position = 1 1 1
+  output = u
+  filename = "s"
+END
+"""
+
 # What is asked of the tool: name, files, arguments, exit status, standard output and error. A compiled pattern is
 # searched for, a text must match whole.
 CASES = [
@@ -147,6 +193,19 @@ $""")),
      "r.txt: error: No value column is named 'uz'.\n"),
     ('value from a missing file', {}, 'value no.txt --column 0 --row 0', 3, '',
      re.compile(r"^no\.txt: error: Unable to open '.*no\.txt' results file\. \[200\]\n")),
+    ('tidy form, printed', {'m.model': '; gone\n' + WARM}, 'format m.model', 0, TIDY, ''),
+    ('tidy form, in the place of another file', {'m.model': GOOD, 'o': 'old'}, 'format m.model -o o', 0, '', ''),
+    ('tidy already', {'m.model': TIDY}, 'format --check m.model', 0, '', ''),
+    ('not tidy yet', {'m.model': GOOD}, 'format --check m.model', 1, '', 'm.model: would change\n'),
+    ('tidy but for the cubes', {'m.model': TIDY, 'x.cubes': ''}, 'format --check --cubes-file x.cubes m.model', 1, '',
+     'm.model: would change\nx.cubes: would change\n'),
+    ('format of a bad model', {'bad.model': BAD}, 'format bad.model', 1, '', BAD_TEXT),
+    ('format of results', {'r.txt': RESULTS}, 'format r.txt', 1, '', 'r.txt: error: These are results, and no model.\n'),
+    ('format to nowhere', {'m.model': GOOD}, 'format m.model -o no/where', 3, '',
+     "m.model: error: Unable to write 'no/where': No such file or directory\n"),
+    ('format with a name that cannot be included', {'m.model': GOOD}, 'format m.model -o o --cubes-file A.b', 1, '',
+     "m.model: error: The file for cubes: the name 'A.b' would be read back in lower case\n"),
+    ('cubes of a printed model', {'m.model': GOOD}, 'format m.model --cubes-file a.b', 2, '', re.compile('needs --output')),
     ('no command', {}, '', 2, '', re.compile('.')),
     ('no file', {}, 'check', 2, '', re.compile('.')),
     ('unknown option', {}, 'info --bog\x1bus x', 2, '', re.compile('--bog<1B>us')),

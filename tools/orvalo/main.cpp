@@ -15,6 +15,7 @@
 
 #include "CheckCommand.h"
 #include "ExitStatus.h"
+#include "FormatCommand.h"
 #include "HarmlessText.h"
 #include "InfoCommand.h"
 #include "NearestWord.h"
@@ -58,10 +59,11 @@ ExitStatus Run(std::vector<std::string> arguments) {
     AddCheckCommand(app, status);
     AddInfoCommand(app, status);
     AddValueCommand(app, status);
+    AddFormatCommand(app, status);
     app.footer(
         "orvalo FILE... is short for orvalo info FILE...\n\n"
-        "Exit status: 0 all is good; 1 a file has errors, or a value does not exist; 2 wrong usage; 3 a file cannot\n"
-        "be opened or read. Of several files the worst counts: 3 before 1 before 0.");
+        "Exit status: 0 all is good; 1 a file has errors, a value does not exist or a model is not tidy; 2 wrong\n"
+        "usage; 3 a file cannot be opened, read or written. Of several files the worst counts: 3 before 1 before 0.");
 
     std::vector<std::string> commands;
     for (const CLI::App* command : app.get_subcommands({})) commands.push_back(command->get_name());
