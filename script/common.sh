@@ -4,6 +4,10 @@ set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
+# The system's Python, which its packages belong to, whatever comes first on the path.
+python=/usr/bin/python3
+[ -x "$python" ] || python=python3
+
 step() { printf '\n== %s\n' "$*" >&2; }
 
 # configure PRESET: build/PRESET, as CMakePresets.json says

@@ -184,8 +184,8 @@ TEST(Warnings, AreLeftOutOnRequest) {
 TEST(Warnings, LeaveTheExampleAlone) {
     // Its temperatures are there for one of its materials.
     EXPECT_EQ(Told(CheckModel(ORVALO_EXAMPLES "/plate/plate.model")),
-              "ignored-temperatures 11:3+1 note 2:31, ignored-temperatures 12:3+1 note 2:31, "
-              "ignored-temperatures 14:3+1 note 2:31");
+              "ignored-temperatures 9:3+1 note 3:12, ignored-temperatures 10:3+1 note 3:12, "
+              "ignored-temperatures 12:3+1 note 3:12");
 }
 
 }  // namespace
