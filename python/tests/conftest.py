@@ -2,6 +2,7 @@
 import contextlib
 import os
 import pathlib
+import signal
 import threading
 import time
 
@@ -38,6 +39,14 @@ def model_file(tmp_path):
         return path
 
     return write
+
+
+@pytest.fixture
+def ctrl_c():
+    """Presses Ctrl-C after that many seconds. What runs in the background has it ignored, until this."""
+    before = signal.signal(signal.SIGINT, signal.default_int_handler)
+    yield lambda seconds: threading.Timer(seconds, signal.raise_signal, [signal.SIGINT]).start()
+    signal.signal(signal.SIGINT, before)
 
 
 @pytest.fixture

@@ -3,7 +3,6 @@ import concurrent.futures
 import os
 import pathlib
 import pickle
-import signal
 import subprocess
 import sys
 import threading
@@ -29,11 +28,10 @@ def slow(request, slow_file):
         yield read, path
 
 
-def test_ctrl_c_ends_a_read(slow):
+def test_ctrl_c_ends_a_read(slow, ctrl_c):
     read, path = slow
-    timer = threading.Timer(0.3, signal.raise_signal, [signal.SIGINT])
     begin = time.monotonic()
-    timer.start()
+    ctrl_c(0.3)
     with pytest.raises(KeyboardInterrupt):
         read(path)
     assert time.monotonic() - begin < 10
