@@ -5,62 +5,19 @@
 #include <cstdint>
 
 #include "Common/Buffers.h"
+#include "Common/PageCosts.h"
 
 namespace orvalo {
 
 namespace {
 
 using platform::Pages;
-using Nanoseconds = std::int64_t;
+using Nanoseconds = PageCosts::Nanoseconds;
 
 constexpr std::size_t pageSize = 4096;
-/// A large page of most systems. Where it is another size, several are timed at once, or parts of one.
-constexpr std::size_t unit = std::size_t{2} << 20U;
+constexpr std::size_t unit = PageCosts::unit;
 
-/// What it took of late to commit pages of either kind.
-class Costs {
-public:
-    Pages Cheapest() noexcept {
-        const std::lock_guard lock(mutex_);
-        return large_ ? Pages::Large : Pages::Small;
-    }
-
-    void AddLarge(Nanoseconds taken) noexcept {
-        const std::lock_guard lock(mutex_);
-        const bool slow = taken > smallUnit_;
-        slowInARow_ = slow ? slowInARow_ + 1 : 0;
-        if (!slow) wait_ = shortestWait;
-        if (!large_ || slowInARow_ < 2) return;
-        large_ = false;
-        left_ = wait_;
-        wait_ *= 2;
-    }
-
-    void AddSmall(std::size_t size, Nanoseconds taken) noexcept {
-        const std::lock_guard lock(mutex_);
-        const Nanoseconds ofUnit = taken * static_cast<Nanoseconds>(unit) / static_cast<Nanoseconds>(size);
-        smallUnit_ += (ofUnit - smallUnit_) / 8;
-        left_ -= std::min(left_, size);
-        if (left_ > 0) return;
-        large_ = true;
-        // One is enough to tell.
-        slowInARow_ = 1;
-    }
-
-private:
-    static constexpr std::size_t shortestWait = 32 * unit;
-
-    std::mutex mutex_;
-    bool large_ = true;
-    int slowInARow_ = 0;
-    /// What small pages take for the size of a large one. The first guess is what they take where processors are slow.
-    Nanoseconds smallUnit_ = 1'000'000;
-    /// How much is to be committed in small pages before a large one is tried, now and the next time.
-    std::size_t left_ = 0;
-    std::size_t wait_ = shortestWait;
-};
-
-constinit Costs costs;
+constinit PageCosts costs;
 
 /// How long it takes to commit [start, start + size).
 Nanoseconds TimeToCommit(unsigned char* start, std::size_t size) noexcept {
