@@ -188,10 +188,6 @@ const ResultsCase resultsCases[] = {
      [](Rows& r) {
          r.view.valueNames = {"a\tb", "c"};
      }},
-    {"The last name ends in a carriage return, which would be dropped", good,
-     [](Rows& r) {
-         r.view.valueNames = {"a\r", "c\r"};
-     }},
     {"The first value columns are named x, y, z and f, which would be read as indices",
      "A MAT-file of results has the coordinates x, y and z, and these results have 0 index columns",
      [](Rows& r) {
