@@ -8,12 +8,6 @@
 namespace orvalo {
 
 /// The kind of pages that has lately cost least to commit. Any thread may ask.
-///
-/// Large pages cost a third of what small ones do, where memory for them is at hand. Where it is not, as on a virtual
-/// machine that has yet to be given it, or where it must be gathered first, they may cost several times as much, and
-/// nobody can be asked in advance. So they are timed. Two in a row that took longer than as many small ones would have
-/// are enough to go back to those, for a time that doubles until one large page has come fast again: it costs little to
-/// try one, and what it could cost is spread over more and more.
 platform::Pages CheapestPages() noexcept;
 
 /// Commits the pages of a buffer that AllocateToFill made, just before they are filled, with the pages that have cost

@@ -46,7 +46,7 @@ GridRows CheckModelToWrite(const Model& model, StopFlag stop) {
     return CheckGrid(model, stop);
 }
 
-/// Each line behind the sign of a comment, whatever ends the lines.
+/// Each line after the sign of a comment, whatever ends the lines.
 void WriteComment(std::string_view comment, TextWriter& out) {
     while (!comment.empty()) {
         const std::size_t end = comment.find_first_of("\r\n");

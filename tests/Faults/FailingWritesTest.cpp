@@ -115,21 +115,19 @@ long FailEach(const std::function<bool(long k, const std::function<void()>& writ
     return failures;
 }
 
+long FailEachOf(Series*& calls) {
+    return FailEach([&calls](long k, const std::function<void()>& write) {
+        Series series{k};
+        calls = &series;
+        write();
+        calls = nullptr;
+        return series.Reached();
+    });
+}
+
 TEST(FailingWrites, LeaveWhatWasThere) {
-    const long calls = FailEach([](long k, const std::function<void()>& write) {
-        Series series{k};
-        saving = &series;
-        write();
-        saving = nullptr;
-        return series.Reached();
-    });
-    const long opens = FailEach([](long k, const std::function<void()>& write) {
-        Series series{k};
-        opening = &series;
-        write();
-        opening = nullptr;
-        return series.Reached();
-    });
+    const long calls = FailEachOf(saving);
+    const long opens = FailEachOf(opening);
     const long sizes = FailEach([](long k, const std::function<void()>& write) {
         room = static_cast<std::size_t>(k) * 7 - 7;
         write();
@@ -137,13 +135,7 @@ TEST(FailingWrites, LeaveWhatWasThere) {
         room = static_cast<std::size_t>(-1);
         return reached;
     });
-    const long allocations = FailEach([](long k, const std::function<void()>& write) {
-        Series series{k};
-        memory = &series;
-        write();
-        memory = nullptr;
-        return series.Reached();
-    });
+    const long allocations = FailEachOf(memory);
     const long stops = FailEach([](long k, const std::function<void()>& write) {
         Series series{k};
         raising = &series;

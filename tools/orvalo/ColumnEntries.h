@@ -33,8 +33,8 @@ public:
 
     explicit ColumnEntries(std::vector<orvalo::ColumnRun<Number>> runs) : runs_(std::move(runs)) {}
 
-    /// The entries of the next `count` rows, of which the column must have as many and a block too: there until the
-    /// next call.
+    /// The entries of the next `count` rows, at most a block and no more than the column has left: there until the next
+    /// call.
     const Number* Next(std::size_t count) {
         const orvalo::ColumnRun<Number>& current = runs_[run_];
         if (current.stride == 1 && current.rows - row_ >= count) return Take(count);
