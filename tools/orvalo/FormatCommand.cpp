@@ -20,11 +20,9 @@
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Write/WriteModel.h>
 
-#include "DiagnosticText.h"
+#include "CommonOptions.h"
 #include "ExitStatus.h"
 #include "HarmlessText.h"
-#include "InputFile.h"
-#include "TextStyle.h"
 
 namespace {
 
@@ -112,9 +110,8 @@ ExitStatus Compare(const FormatOptions& options, const ScratchDirectory& written
 }
 
 ExitStatus Format(const FormatOptions& options) {
-    const InputFile file = ReadInputFile(options.path, false, std::nullopt);
+    const InputFile file = ReadOrReport(options.path, {std::nullopt, false, false}, ColourMode::automatic);
     if (!file.model) {
-        PrintDiagnostics(file.checked.input, file.checked.diagnostics, TextStyle(stderr, ColourMode::automatic));
         return file.Good() ? Refuse(options.path, "These are results, and no model.", ExitStatus::badFile)
                            : file.Status();
     }

@@ -67,7 +67,7 @@ ExitStatus Info(const InfoOptions& options) {
     const TextStyle style(stderr, options.colour);
     bool first = true;
     for (const std::string& name : options.names) {
-        const InputFile file = ReadInputFile(name, options.cubesOnly, options.kind);
+        const InputFile file = ReadInputFile(name, {options.kind, options.cubesOnly});
         worst = std::max(worst, file.Status());
         if (options.format == OutputFormat::json) {
             document.push_back(ToJson(file, options));

@@ -42,12 +42,13 @@ bool CanBeReadTwice(const std::string& path) {
     });
 }
 
-void ReadModel(InputFile& file, bool cubesOnly) {
+void ReadModel(InputFile& file, const ReadSettings& settings) {
     const Input& input = file.checked.input;
     unsigned long long cubesRead = 0;
     const std::uint64_t declared = IsTerminal(stderr) ? DeclaredCubes(input.Path()) : 0;
     orvalo::ReadOptions options;
-    options.cubesOnly = cubesOnly;
+    options.cubesOnly = settings.cubesOnly;
+    options.threads = settings.threads;
     options.cubesRead = &cubesRead;
     const ProgressBar bar(input.Name(), [&] { return CubesState(cubesRead, declared); });
     try {
@@ -60,37 +61,47 @@ void ReadModel(InputFile& file, bool cubesOnly) {
     }
 }
 
-void ReadResults(InputFile& file) {
+void ReadResults(InputFile& file, const ReadSettings& settings) {
     const Input& input = file.checked.input;
     float percent = 0.0F;
     orvalo::ReadOptions options;
     options.percentRead = &percent;
+    options.threads = settings.threads;
     const ProgressBar bar(input.Name(), [&] { return PercentState(percent); });
     const Stopwatch stopwatch(file.seconds);
     file.results = orvalo::ReadResults(input.Path(), options);
 }
 
-void ReadOrExplainResults(InputFile& file) {
+void ReadOrExplainResults(InputFile& file, const ReadSettings& settings) {
     try {
-        ReadResults(file);
+        ReadResults(file, settings);
     } catch (const orvalo::Exception& exception) {
         Check(file.checked, CheckSettings());
         if (file.checked.Errors() == 0) file.checked.Add(exception);
     }
 }
 
+void ReadOrExplainModel(InputFile& file, const ReadSettings& settings) {
+    const bool checked = settings.check && !settings.cubesOnly && CanBeReadTwice(file.checked.input.Path());
+    if (checked) Check(file.checked, CheckSettings());
+    if (file.checked.Errors() > 0) return;
+    ReadModel(file, settings);
+    if (file.model || checked || settings.cubesOnly || !CanBeReadTwice(file.checked.input.Path())) return;
+    const std::vector<orvalo::Diagnostic> first = std::move(file.checked.diagnostics);
+    Check(file.checked, CheckSettings());
+    if (file.checked.Errors() == 0) file.checked.diagnostics = first;
+}
+
 }  // namespace
 
-InputFile ReadInputFile(const std::string& name, bool cubesOnly, const std::optional<FileKind>& told) {
-    InputFile file(name, told);
-    const std::string& path = file.checked.input.Path();
+InputFile ReadInputFile(const std::string& name, const ReadSettings& settings) {
+    InputFile file(name, settings.kind);
     if (file.checked.input.IsDirectory()) {
         Check(file.checked, CheckSettings());
     } else if (file.checked.kind == FileKind::results) {
-        ReadOrExplainResults(file);
+        ReadOrExplainResults(file, settings);
     } else {
-        if (!cubesOnly && CanBeReadTwice(path)) Check(file.checked, CheckSettings());
-        if (file.checked.Errors() == 0) ReadModel(file, cubesOnly);
+        ReadOrExplainModel(file, settings);
     }
     return file;
 }

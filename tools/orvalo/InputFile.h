@@ -11,6 +11,18 @@
 #include "ExitStatus.h"
 #include "FileKind.h"
 
+/// How a file is to be read.
+struct ReadSettings {
+    /// Told rather than guessed.
+    std::optional<FileKind> kind;
+    bool cubesOnly = false;
+    /// Whether models are checked first, for warnings and for all that is wrong. Otherwise they are only if they cannot
+    /// be read.
+    bool check = true;
+    /// 0 for as many as there are processors.
+    unsigned threads = 0;
+};
+
 /// A file named on the command line and what became of reading it.
 struct InputFile {
     InputFile(const std::string& name, const std::optional<FileKind>& told) : checked(name, told) {}
@@ -30,4 +42,4 @@ struct InputFile {
 
 /// Reads a file, with a progress bar if that takes long; of which kind it is, is guessed if not told. Never throws for
 /// what is wrong with a file.
-InputFile ReadInputFile(const std::string& name, bool cubesOnly, const std::optional<FileKind>& told);
+InputFile ReadInputFile(const std::string& name, const ReadSettings& settings);

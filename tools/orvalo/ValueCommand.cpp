@@ -89,7 +89,7 @@ ExitStatus PrintValue(const InputFile& file, const ValueOptions& options) {
 }
 
 ExitStatus Value(const ValueOptions& options) {
-    const InputFile file = ReadInputFile(options.path, false, FileKind::results);
+    const InputFile file = ReadInputFile(options.path, {FileKind::results});
     if (file.results) return PrintValue(file, options);
     PrintDiagnostics(file.checked.input, file.checked.diagnostics, TextStyle(stderr, options.colour));
     return file.Status();

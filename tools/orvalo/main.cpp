@@ -14,11 +14,13 @@
 #include <fmt/format.h>
 
 #include "CheckCommand.h"
+#include "DiffCommand.h"
 #include "ExitStatus.h"
 #include "FormatCommand.h"
 #include "HarmlessText.h"
 #include "InfoCommand.h"
 #include "NearestWord.h"
+#include "StatsCommand.h"
 #include "ValueCommand.h"
 
 namespace {
@@ -59,11 +61,14 @@ ExitStatus Run(std::vector<std::string> arguments) {
     AddCheckCommand(app, status);
     AddInfoCommand(app, status);
     AddValueCommand(app, status);
+    AddStatsCommand(app, status);
+    AddDiffCommand(app, status);
     AddFormatCommand(app, status);
     app.footer(
         "orvalo FILE... is short for orvalo info FILE...\n\n"
-        "Exit status: 0 all is good; 1 a file has errors, a value does not exist or a model is not tidy; 2 wrong\n"
-        "usage; 3 a file cannot be opened, read or written. Of several files the worst counts: 3 before 1 before 0.");
+        "Exit status: 0 all is good; 1 a file has errors, files differ, a value does not exist or a model is not\n"
+        "tidy; 2 wrong usage; 3 a file cannot be opened, read or written. Of several files the worst counts: 3\n"
+        "before 1 before 0.");
 
     std::vector<std::string> commands;
     for (const CLI::App* command : app.get_subcommands({})) commands.push_back(command->get_name());
