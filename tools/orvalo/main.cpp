@@ -16,6 +16,8 @@
 #include "CheckCommand.h"
 #include "DiffCommand.h"
 #include "ExitStatus.h"
+#include "ExportCommand.h"
+#include "ExtractCommand.h"
 #include "FormatCommand.h"
 #include "HarmlessText.h"
 #include "InfoCommand.h"
@@ -63,6 +65,8 @@ ExitStatus Run(std::vector<std::string> arguments) {
     AddValueCommand(app, status);
     AddStatsCommand(app, status);
     AddDiffCommand(app, status);
+    AddExtractCommand(app, status);
+    AddExportCommand(app, status);
     AddFormatCommand(app, status);
     app.footer(
         "orvalo FILE... is short for orvalo info FILE...\n\n"
