@@ -24,6 +24,7 @@
 #include "NearestWord.h"
 #include "StatsCommand.h"
 #include "ValueCommand.h"
+#include "ViewCommand.h"
 
 namespace {
 
@@ -67,6 +68,7 @@ ExitStatus Run(std::vector<std::string> arguments) {
     AddDiffCommand(app, status);
     AddExtractCommand(app, status);
     AddExportCommand(app, status);
+    AddViewCommand(app, status);
     AddFormatCommand(app, status);
     app.footer(
         "orvalo FILE... is short for orvalo info FILE...\n\n"
