@@ -9,7 +9,10 @@ using CellKey = std::uint64_t;
 
 inline CellKey KeyOf(int x, int y, int z) {
     constexpr int bits = 16;
-    const auto shifted = [](int coordinate) { return static_cast<CellKey>(coordinate + (1 << (bits - 1))); };
+    const auto shifted = [](int coordinate) {
+        const int fromLowest = coordinate + (1 << (bits - 1));
+        return static_cast<CellKey>(fromLowest);
+    };
     return (shifted(z) << (2 * bits)) | (shifted(y) << bits) | shifted(x);
 }
 

@@ -87,9 +87,9 @@ void ReadOrExplainModel(InputFile& file, const ReadSettings& settings) {
     if (file.checked.Errors() > 0) return;
     ReadModel(file, settings);
     if (file.model || checked || settings.cubesOnly || !CanBeReadTwice(file.checked.input.Path())) return;
-    const std::vector<orvalo::Diagnostic> first = std::move(file.checked.diagnostics);
+    std::vector<orvalo::Diagnostic> first = std::move(file.checked.diagnostics);
     Check(file.checked, CheckSettings());
-    if (file.checked.Errors() == 0) file.checked.diagnostics = first;
+    if (file.checked.Errors() == 0) file.checked.diagnostics = std::move(first);
 }
 
 }  // namespace

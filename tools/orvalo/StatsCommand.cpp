@@ -106,6 +106,7 @@ void Print(const ColumnStatistics& statistics, unsigned int column, const Result
     fmt::print("    mean {:.6g}, RMS {:.6g}, standard deviation {:.6g}\n", statistics.mean, statistics.rms,
                statistics.standardDeviation);
     std::vector<std::string> parts;
+    parts.reserve(percents.size());
     for (std::size_t i = 0; i < percents.size(); ++i) {
         parts.push_back(fmt::format("{}% {:.6g}", percents[i], statistics.percentiles[i]));
     }

@@ -139,6 +139,7 @@ void ComparePiezoPoints(std::vector<Item>& items, const std::string& name, const
     for (const auto& [key, cell] : a.Cells()) byKey[key].first = cell;
     for (const auto& [key, cell] : b.Cells()) byKey[key].second = cell;
     std::vector<std::pair<Cell, Cell>> pairs;
+    pairs.reserve(byKey.size());
     for (const auto& [key, pair] : byKey) pairs.push_back(pair);
     CompareLists(
         items, name, "points", pairs.size(),

@@ -17,7 +17,7 @@ struct GridRegion {
     explicit GridRegion(const orvalo::Bounds& bounds) {
         if (!bounds.defined) return;
         first = {bounds.minX, bounds.minY, bounds.minZ};
-        const auto size = [](int least, int greatest) { return static_cast<std::size_t>(greatest - least + 1); };
+        const auto size = [](int least, int greatest) { return static_cast<std::size_t>(greatest - least) + 1; };
         sizeX = size(bounds.minX, bounds.maxX);
         sizeY = size(bounds.minY, bounds.maxY);
         sizeZ = size(bounds.minZ, bounds.maxZ);

@@ -22,7 +22,9 @@ constexpr unsigned int cornerBits = 17;
 
 Corner CornerOf(const orvalo::Point& cell) {
     constexpr int offset = 32768;
-    return (static_cast<Corner>(cell.y + offset) << cornerBits) | static_cast<Corner>(cell.x + offset);
+    const int x = cell.x + offset;
+    const int y = cell.y + offset;
+    return (static_cast<Corner>(y) << cornerBits) | static_cast<Corner>(x);
 }
 constexpr Corner stepX = 1;
 constexpr Corner stepY = Corner{1} << cornerBits;
@@ -141,6 +143,7 @@ void WriteConnectivity(VtkFile& file, const SortedCells& cells) {
                                   const SortedCells::Plane*) {
         if (below != nullptr) {
             std::vector<CornerCursor> cursors;
+            cursors.reserve(steps.size());
             for (const Corner step : steps) cursors.emplace_back(lower, lowerFirst, step);
             for (const Corner step : steps) cursors.emplace_back(corners, first, step);
             for (std::size_t i = below->first; i < below->end; ++i) {

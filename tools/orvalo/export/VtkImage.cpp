@@ -202,6 +202,7 @@ void WriteVtkPieces(const CellData& data, const std::string& path, const ExportO
     const std::vector<GridRegion> regions = Cut(whole, PiecesOf(options, whole));
     const std::filesystem::path target(path);
     std::vector<std::string> names;
+    names.reserve(regions.size());
     for (std::size_t i = 0; i < regions.size(); ++i)
         names.push_back(fmt::format("{}_{}.vti", target.stem().string(), i));
     const auto pathOf = [&](std::size_t i) { return (target.parent_path() / names[i]).string(); };

@@ -85,6 +85,7 @@ void WriteVtkPoints(const orvalo::Model& model, const std::string& path, const E
 void WriteVtkPoints(const ResultsSelection& selection, const std::string& path, const ExportOptions& options) {
     std::vector<PointColumn> columns;
     const std::vector<std::string> names = selection.UniqueNames();
+    columns.reserve(names.size());
     for (std::size_t column = 0; column < names.size(); ++column) {
         columns.push_back({names[column], [&selection, column](std::size_t i) { return selection.Value(column, i); }});
     }

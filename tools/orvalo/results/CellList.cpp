@@ -59,23 +59,25 @@ CellBox ParseCellBox(const std::string& text) {
     CellBox box;
     std::size_t axis = 0;
     std::string_view rest = text;
-    const CellListError wrong("a box is written x0:x1,y0:y1,z0:z1, with coordinates from -32768 to 32767");
+    const auto wrong = [] {
+        return CellListError("a box is written x0:x1,y0:y1,z0:z1, with coordinates from -32768 to 32767");
+    };
     for (bool more = true; more; ++axis) {
         const std::size_t comma = rest.find(',');
         std::string_view range = rest.substr(0, comma);
         more = comma != std::string_view::npos;
         if (more) rest.remove_prefix(comma + 1);
-        if (axis == 3 || range.empty()) throw wrong;
+        if (axis == 3 || range.empty()) throw wrong();
         const std::size_t colon = range.find(':');
         const std::string_view from = range.substr(0, colon);
         const std::string_view to = colon == std::string_view::npos ? from : range.substr(colon + 1);
         const auto first = from.empty() ? std::optional(least) : ToCoordinate(from);
         const auto last = to.empty() ? std::optional(greatest) : ToCoordinate(to);
-        if (!first || !last) throw wrong;
+        if (!first || !last) throw wrong();
         box.first[axis] = *first;
         box.last[axis] = *last;
     }
-    if (axis != 3) throw wrong;
+    if (axis != 3) throw wrong();
     return box;
 }
 

@@ -24,6 +24,7 @@ std::optional<std::vector<unsigned int>> SelectColumns(const ResultsTable& table
     std::iota(columns.begin(), columns.end(), 0U);
     if (asked.empty()) return columns;
     std::vector<std::string> names;
+    names.reserve(columns.size());
     for (const unsigned int column : columns) names.push_back(table.Name(column));
     columns.clear();
     for (const std::string& column : asked) {
