@@ -5,6 +5,7 @@ import json
 import math
 import os
 import pathlib
+import re
 import resource
 import shutil
 import signal
@@ -145,11 +146,11 @@ class Export(unittest.TestCase):
         self.assertEqual(grid.GetNumberOfPoints(), len(corners))
         materials = numpy.unique(values(image.GetCellData(), 'material'), return_counts=True)
         expected = {}
-        for line in (PLATE / 'plate-grid.cubes').read_text().splitlines()[2:]:
-            if line.count(' ') == 4:
-                x, y, z, material, temperature = line.split()
-                self.assertEqual(there[int(x), int(y), int(z)], (1, int(material), float(temperature)))
-                expected[int(material)] = expected.get(int(material), 0) + 1
+        rows = re.search(r'data\n(.*?)END', (PLATE / 'plate-grid.cubes').read_text(), re.S)[1]
+        for line in rows.strip().splitlines():
+            x, y, z, material, temperature = line.split()
+            self.assertEqual(there[int(x), int(y), int(z)], (1, int(material), float(temperature)))
+            expected[int(material)] = expected.get(int(material), 0) + 1
         self.assertEqual(sum(expected.values()), 120000)
         self.assertEqual(dict(zip(*map(list, materials)))[7], expected[7])
 
