@@ -35,6 +35,8 @@ void TellSimilar(Diagnostic& diagnostic, const std::string& path, bool included)
     std::string nearest;
     std::size_t least = 3;
     for (const std::string& other : platform::FilesIn(DirectoryOf(path))) {
+        // A link that leads nowhere.
+        if (other == name) continue;
         if (Folded(other) == Folded(name)) {
             AddNote(diagnostic, "There is a file '" + other + "' there." +
                                     (included ? " Names in a model are read in lower case: rename it to '" + name + "'."

@@ -380,7 +380,12 @@ class ToolTest(unittest.TestCase):
         part = {'part': CUBES.replace('1 1 1 1', '1 1 x 1')}
         self.write({**part, **{'d/' + name: text for name, text in part.items()}})
         text = HEAD + 'include "part"\n' + TAIL
+        line = HEAD.count('\n') + 1
+        missing = (f"<stdin>:{line}:9: error: Unable to open '{self.directory}/none' input file. [103]\n    {line} | include \"none\"\n"
+                   f'      |         ^~~~~~\n<stdin>:{line}:9: note: The system says: No such file or directory.\n<stdin>:{line}:9: note: '
+                   f'It was looked for in the directory of the main file: {self.directory}.\n1 error')
         for arguments, content, status, message in (
+                ('check -', text.replace('part', 'none'), 3, missing),
                 ('check -', BAD, 1, BAD_TEXT.replace('bad.model', '<stdin>')), ('check -', text, 1, 'part:1:33: error: Inv'),
                 ('check d/pipe', BAD, 1, BAD_TEXT.replace('bad.model', 'd/pipe')),
                 ('check d/pipe', text, 1, 'd/part:1:33: error: Inv'), ('info -', RESULTS, 0, ''), ('-', GOOD, 0, ''),

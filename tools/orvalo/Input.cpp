@@ -54,6 +54,7 @@ std::string Input::ShownMessage(const std::string& message) const {
     if (!spool_) return message;
     const std::string directory = fs::path(path_).parent_path().string();
     const fs::path from = spool_->IncludedFrom().empty() ? "." : spool_->IncludedFrom();
-    const std::string included = (fs::absolute(from).lexically_normal() / "").string();
-    return Replaced(Replaced(message, path_, name_), directory + "/", included);
+    const std::string folder = (fs::absolute(from) / "").lexically_normal().string();
+    const std::string files = Replaced(Replaced(message, path_, name_), directory + "/", folder);
+    return Replaced(files, directory, folder.size() > 1 ? folder.substr(0, folder.size() - 1) : folder);
 }
