@@ -38,10 +38,12 @@ void JoinCells(const std::vector<CellEntry>& a, const std::vector<CellEntry>& b,
     auto inA = a.begin();
     auto inB = b.begin();
     while (inA != a.end() || inB != b.end()) {
-        const bool takeA = inA != a.end() && (inB == b.end() || inA->key <= inB->key);
-        const bool takeB = inB != b.end() && (inA == a.end() || inB->key <= inA->key);
-        work(takeA ? &*inA : nullptr, takeB ? &*inB : nullptr);
-        if (takeA) ++inA;
-        if (takeB) ++inB;
+        if (inB == b.end() || (inA != a.end() && inA->key < inB->key)) {
+            work(&*inA++, nullptr);
+        } else if (inA == a.end() || inB->key < inA->key) {
+            work(nullptr, &*inB++);
+        } else {
+            work(&*inA++, &*inB++);
+        }
     }
 }

@@ -85,7 +85,7 @@ std::u32string Characters(std::string_view text) {
         if (byte < 0x80) {
             characters += byte;
         } else if (byte >= 0xC0) {
-            characters += byte & (byte >= 0xF0 ? 0x07U : byte >= 0xE0 ? 0x0FU : 0x1FU);
+            characters += static_cast<char32_t>(byte & (byte >= 0xF0 ? 0x07U : byte >= 0xE0 ? 0x0FU : 0x1FU));
         } else {
             characters.back() = characters.back() << 6U | (byte & 0x3FU);
         }
