@@ -127,7 +127,7 @@ void TellCount(Diagnostic& diagnostic, ErrorCollector& errors, std::uint64_t wid
     const InputPlace data = errors.record.PlaceOf(errors.OpenProperties().back().place);
     const auto asked = static_cast<std::uint64_t>(count->Whole());
     AddNote(diagnostic, "The count says " + Counted(asked, word) + '.', place, length);
-    const NumberRun run = NumbersAfter(errors.Source(), data);
+    const WrittenNumbers run = NumbersAfter(errors.Source(), data);
     if (!run.closed || run.count % width != 0) return;
     AddNote(diagnostic, Counted(run.count / width, word) + " in all, of which the last one ends here.", run.last,
             errors.Source().TokenAt(run.last).size());

@@ -68,9 +68,9 @@ bool SourceTokens::IsWord(std::string_view word) const {
     return text == word;
 }
 
-NumberRun NumbersAfter(SourceText& source, const InputPlace& from) {
+WrittenNumbers NumbersAfter(SourceText& source, const InputPlace& from) {
     SourceTokens tokens(source, from);
-    NumberRun run;
+    WrittenNumbers run;
     tokens.Next();
     while (tokens.Next() && tokens.IsNumber()) {
         ++run.count;

@@ -38,7 +38,7 @@ private:
 };
 
 /// Numbers that follow one another.
-struct NumberRun {
+struct WrittenNumbers {
     std::uint64_t count = 0;
     /// The last one.
     InputPlace last;
@@ -46,6 +46,6 @@ struct NumberRun {
     bool closed = false;
 };
 /// The run after the token at `from`.
-NumberRun NumbersAfter(SourceText& source, const InputPlace& from);
+WrittenNumbers NumbersAfter(SourceText& source, const InputPlace& from);
 
 }  // namespace orvalo
