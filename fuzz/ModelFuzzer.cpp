@@ -98,9 +98,11 @@ void CheckFailure(const Files& files, ReadError& failure) {
 }
 
 /// Reads once, checks what came of it and returns all of it as text.
-std::string Read(const Files& files, bool cubesOnly, bool doublePrecision, std::size_t bufferSize) {
+std::string Read(const Files& files, bool cubesOnly, bool doublePrecision, std::size_t bufferSize,
+                 unsigned int threads = 1) {
     Model model;
     ModelReader reader(files.Path(0), cubesOnly, bufferSize);
+    reader.Threads(threads);
     unsigned long long cubes = 0;
     reader.TraceCurrentCube(&cubes);
     try {
@@ -156,9 +158,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     files.Set({reinterpret_cast<const char*>(data), size});
     constexpr std::size_t tinySizes[] = {1, 2, 3, 7, 64};
     const std::size_t tiny = tinySizes[size % std::size(tinySizes)];
+    // Where a block is not a few bytes only, threads have something to share.
+    const unsigned int threads = tiny < 7 ? 1 : 3;
     constexpr std::size_t usual = Lexer::defaultBufferSize;
-    Check(Read(files, false, true, usual) == Read(files, false, true, tiny), "the buffer does not matter");
-    Check(Read(files, true, true, usual) == Read(files, true, true, tiny), "the buffer does not matter to cubes");
+    Check(Read(files, false, true, usual) == Read(files, false, true, tiny, threads),
+          "neither buffer nor threads matter");
+    Check(Read(files, true, true, usual) == Read(files, true, true, tiny, threads),
+          "neither buffer nor threads matter to cubes");
     Read(files, false, false, usual);
     CheckFindings(files);
     return 0;

@@ -13,9 +13,12 @@
 
 #include <Orvalo3DReader/Check/CheckResults.h>
 #include <Orvalo3DReader/Reader/ResultsReader.h>
+#include <Orvalo3DReader/Results/ResultsMat.h>
+#include <Orvalo3DReader/Results/ResultsTxt.h>
 
 #include "Catalogue.h"
 #include "Check.h"
+#include "Results/ResultsTxtReader.h"
 
 /// What both results fuzzers do with a file.
 namespace orvalo::fuzz {
@@ -117,6 +120,27 @@ inline void CheckFindings(const std::string& path, std::size_t size, int code, c
     Check(!first->notes.empty(), "the first error is explained");
 }
 
+/// What comes of reading text in portions of 64 bytes.
+inline std::string ReadText(const std::string& path, unsigned int threads) {
+    float progress = 0;
+    std::string text;
+    try {
+        platform::InputFile file;
+        Check(file.Open(path), "the input can be opened");
+        ResultsTxt results(path);
+        ResultsTxtReader(results, &progress, StopFlag(), threads, 64).Execute(file, {});
+        for (unsigned int row = 0; row < results.RowCount(); ++row) {
+            for (unsigned int col = 0; col < results.IndicesColCount(); ++col)
+                text += std::to_string(results.IndexGet(col, row)) + ' ';
+            for (unsigned int col = 0; col < results.ValuesColCount(); ++col)
+                text += std::to_string(std::bit_cast<std::uint64_t>(results.ValueGet(col, row))) + ' ';
+        }
+    } catch (const Exception& error) {
+        text = std::to_string(error.code()) + error.what();
+    }
+    return text + std::to_string(progress);
+}
+
 inline void Run(const std::uint8_t* data, std::size_t size) {
     const MemoryFile file(data, size);
     float progress = 0;
@@ -135,6 +159,8 @@ inline void Run(const std::uint8_t* data, std::size_t size) {
     Check(progress >= 0 && progress <= 100, "progress is a percentage");
     if (results) Query(*results);
     CheckFindings(file.Path(), size, code, what);
+    if (dynamic_cast<const ResultsMat*>(results.get()) != nullptr) return;
+    Check(ReadText(file.Path(), 1) == ReadText(file.Path(), 3), "threads do not matter");
 }
 
 }  // namespace orvalo::fuzz

@@ -32,6 +32,7 @@ std::vector<Diagnostic> Check(const std::string& path, const CheckOptions& optio
     ModelReader reader(path, false);
     reader.TraceCurrentCube(options.cubesRead);
     reader.StopOn(options.stop);
+    reader.Threads(options.threads);
     ErrorCollector errors(reader.Core(), options);
     reader.RecoverWith(&errors);
     try {

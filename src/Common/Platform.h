@@ -40,8 +40,15 @@ public:
     /// Fills `buffer` with up to `size` bytes: fewer only at the end of the file, nothing on a read error.
     std::optional<std::size_t> Read(void* buffer, std::size_t size) noexcept;
 
+    /// As Read, from a place of a regular file on. Leaves the place where Read goes on, so that several threads may
+    /// read at once.
+    std::optional<std::size_t> ReadAt(std::uint64_t offset, void* buffer, std::size_t size) const noexcept;
+
     /// Moves to a place of a regular file; false where that fails.
     bool Seek(std::uint64_t offset) noexcept;
+
+    /// Where Read goes on in a regular file; nothing for anything else.
+    std::optional<std::uint64_t> Place() const noexcept;
 
     /// The size of a regular file; nothing for anything else.
     std::optional<std::uint64_t> Size() const noexcept;
@@ -87,6 +94,10 @@ unsigned long ProcessNumber() noexcept;
 int LastFailure() noexcept;
 bool NameIsTaken(int failure) noexcept;
 std::string FailureText(int failure);
+
+/// How many threads of the process can run at the same time: the processors that it may use, or fewer where the control
+/// group that it is in may use less of their time. At least 1.
+unsigned int ProcessorCount() noexcept;
 
 /// What can be said of a file by its path. It is not there only where the system says so; a directory that may not be
 /// searched, or a loop of links, hides it.

@@ -96,11 +96,15 @@ void InputFile::Close() noexcept {
     descriptor_ = -1;
 }
 
-std::optional<std::size_t> InputFile::Read(void* buffer, std::size_t size) noexcept {
+namespace {
+
+/// Calls `transfer(place, size)`, which reads as ::read does, until `size` bytes were read or the file ends.
+template <class Transfer>
+std::optional<std::size_t> ReadWhole(void* buffer, std::size_t size, const Transfer& transfer) noexcept {
     auto* const bytes = static_cast<unsigned char*>(buffer);
     std::size_t filled = 0;
     while (filled < size) {
-        const ssize_t got = ::read(descriptor_, bytes + filled, std::min(size - filled, maxAtOnce));
+        const ssize_t got = transfer(bytes + filled, std::min(size - filled, maxAtOnce));
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) return std::nullopt;
         if (got == 0) break;
@@ -109,8 +113,29 @@ std::optional<std::size_t> InputFile::Read(void* buffer, std::size_t size) noexc
     return filled;
 }
 
+}  // namespace
+
+std::optional<std::size_t> InputFile::Read(void* buffer, std::size_t size) noexcept {
+    return ReadWhole(buffer, size,
+                     [this](unsigned char* at, std::size_t most) { return ::read(descriptor_, at, most); });
+}
+
+std::optional<std::size_t> InputFile::ReadAt(std::uint64_t offset, void* buffer, std::size_t size) const noexcept {
+    auto place = static_cast<off_t>(offset);
+    return ReadWhole(buffer, size, [&](unsigned char* at, std::size_t most) {
+        const ssize_t got = ::pread(descriptor_, at, most, place);
+        place += std::max<ssize_t>(got, 0);
+        return got;
+    });
+}
+
 bool InputFile::Seek(std::uint64_t offset) noexcept {
     return ::lseek(descriptor_, static_cast<off_t>(offset), SEEK_SET) >= 0;
+}
+
+std::optional<std::uint64_t> InputFile::Place() const noexcept {
+    const off_t place = ::lseek(descriptor_, 0, SEEK_CUR);
+    return place < 0 ? std::nullopt : std::optional(static_cast<std::uint64_t>(place));
 }
 
 std::optional<std::uint64_t> InputFile::Size() const noexcept {

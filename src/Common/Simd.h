@@ -41,6 +41,19 @@ inline std::uint64_t ByteMask(const char* p, char byte) {
     return mask;
 }
 
+/// How many of the 64 bytes at `p` are `byte`.
+inline unsigned int CountBytes(const char* p, char byte) {
+    return static_cast<unsigned int>(std::popcount(ByteMask(p, byte)));
+}
+
+/// How many of the 64 bytes at `p` are no blanks but follow one, where a comma and any byte up to the space are blanks.
+inline unsigned int CountStarts(const char* p) {
+    const auto isBlank = [](char c) { return static_cast<unsigned char>(c) <= ' ' || c == ','; };
+    unsigned int count = 0;
+    for (int i = 0; i < 64; ++i) count += !isBlank(p[i]) && isBlank(p[i - 1]) ? 1U : 0U;
+    return count;
+}
+
 /// Converts four numbers of up to four digits at once. Each of `words` holds the four bytes up to the end of a number,
 /// each of `digits` the bits of them that count: the low four of every digit. The result has 16 bits for each number,
 /// the first one lowest.
@@ -143,6 +156,37 @@ inline std::uint64_t ByteMask(const char* p, char byte) {
         mask |= std::uint64_t{static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, wanted)))} << i;
     }
     return mask;
+}
+
+namespace detail {
+
+/// How many of the bytes in four vectors, each of them 0 or -1, are -1.
+inline unsigned int CountSet(__m128i a, __m128i b, __m128i c, __m128i d) {
+    const __m128i sum = _mm_sub_epi8(_mm_setzero_si128(), _mm_add_epi8(_mm_add_epi8(a, b), _mm_add_epi8(c, d)));
+    const __m128i halves = _mm_sad_epu8(sum, _mm_setzero_si128());
+    return static_cast<unsigned int>(_mm_cvtsi128_si32(halves) + _mm_extract_epi16(halves, 4));
+}
+
+}  // namespace detail
+
+/// As scalar::CountBytes.
+inline unsigned int CountBytes(const char* p, char byte) {
+    const __m128i wanted = _mm_set1_epi8(byte);
+    const auto found = [&](unsigned int i) {
+        return _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p + i)), wanted);
+    };
+    return detail::CountSet(found(0), found(16), found(32), found(48));
+}
+
+/// As scalar::CountStarts.
+inline unsigned int CountStarts(const char* p) {
+    const auto blanks = [](const char* at) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+        return _mm_or_si128(_mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(' ')), bytes),
+                            _mm_cmpeq_epi8(bytes, _mm_set1_epi8(',')));
+    };
+    const auto starts = [&](unsigned int i) { return _mm_andnot_si128(blanks(p + i), blanks(p + i - 1)); };
+    return detail::CountSet(starts(0), starts(16), starts(32), starts(48));
 }
 
 /// As scalar::FourNumbers.

@@ -17,9 +17,11 @@ public:
     /// With the text of the exception.
     StopFlag(const std::atomic<bool>* flag, const char* text) : flag_(flag), text_(text) {}
 
+    bool IsSet() const { return flag_ != nullptr && flag_->load(std::memory_order_relaxed); }
+
     /// Throws Stopped once the flag is set.
     void Check() const {
-        if (flag_ != nullptr && flag_->load(std::memory_order_relaxed)) throw Stopped(text_);
+        if (IsSet()) throw Stopped(text_);
     }
 
     /// Calls `work(begin, end)` for the pieces, of at most `piece`, of [0, count), and looks at the flag before each.

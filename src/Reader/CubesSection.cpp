@@ -1,5 +1,8 @@
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <limits>
+#include <utility>
 
 #include "Common/PageCommitter.h"
 #include "Common/Publish.h"
@@ -10,11 +13,117 @@
 #include "Reader/PlainRows.h"
 #include "Reader/Properties.h"
 #include "Reader/RowBounds.h"
+#include "Reader/RowsAhead.h"
 #include "Reader/Sections.h"
 
 namespace orvalo {
 
 namespace {
+
+/// The place in the grid where rows are stored, which moves on with each.
+struct CubePlace {
+    CubePlace() = default;
+    CubePlace(unsigned char* firstRecord, double* firstTemperature, std::uint64_t first)
+        : row(first),
+          record(firstRecord + first * cubeStride),
+          temperature(firstTemperature == nullptr ? nullptr : firstTemperature + first) {}
+
+    std::uint64_t row = 0;
+    unsigned char* record = nullptr;
+    double* temperature = nullptr;
+    RowBounds bounds;
+};
+
+/// Stores rows of the common kind for as long as they follow one another, up to row `limit`, and calls `told(row)`
+/// after each. Returns whether the last one was complete: false when its temperature is still to be read.
+template <bool withTemperatures, class Told>
+bool StorePlainRows(PlainRows<4>& rows, const BulkMaterials& materials, std::uint64_t limit, CubePlace& place,
+                    const Told& told) {
+    // What changes with each row is kept out of memory that the records might overlap.
+    CubePlace own = place;
+    bool complete = true;
+    while (complete && own.row < limit && rows.Look() && materials.Known(rows.Material())) {
+        const std::uint64_t packed = WithMaterial(rows.row, materials[rows.Material()]);
+        StoreCube(own.record, packed);
+        own.record += cubeStride;
+        own.bounds.Add(packed);
+        rows.Accept();
+        if constexpr (withTemperatures) {
+            complete = rows.TakeNumber(*own.temperature);
+            if (!complete) break;
+            ++own.temperature;
+        }
+        told(++own.row);
+    }
+    place = own;
+    return complete;
+}
+
+/// The buffers of the grid.
+class CubeBuffers {
+public:
+    explicit CubeBuffers(Cubes& cubes)
+        : records(cubes.CubesPtr()),
+          temperatures(cubes.TemperaturesPtr()),
+          recordPages_(records, cubes.CubesCount() * cubeStride),
+          temperaturePages_(temperatures, temperatures == nullptr ? 0 : cubes.CubesCount() * sizeof *temperatures) {}
+
+    CubePlace At(std::uint64_t row) const { return {records, temperatures, row}; }
+
+    /// The rows up to `rows` are about to be stored.
+    void Reach(std::uint64_t rows) {
+        recordPages_.Reach(rows * cubeStride);
+        temperaturePages_.Reach(rows * sizeof *temperatures);
+    }
+
+    void Clear(std::uint64_t first, std::uint64_t last) const {
+        std::memset(records + first * cubeStride, 0, (last - first) * cubeStride);
+        if (temperatures != nullptr) std::fill(temperatures + first, temperatures + last, 0.0);
+    }
+
+    unsigned char* const records;
+    double* const temperatures;
+
+private:
+    PageCommitter recordPages_;
+    PageCommitter temperaturePages_;
+};
+
+/// Plain rows as several threads store them.
+template <bool withTemperatures>
+struct CubesAhead {
+    static constexpr RowLayout layout = withTemperatures ? RowLayout::DecimalLines : RowLayout::NaturalLines;
+    using Kept = RowBounds;
+
+    std::uint64_t Read(BulkCursor& cursor, std::uint64_t first, std::uint64_t last, RowBounds& kept) const {
+        if (first == last) return first;
+        buffers.Reach(last);
+        const auto ignored = [](std::uint64_t) {};
+        PlainRows<4> rows(cursor);
+        CubePlace place = buffers.At(first);
+        bool complete = StorePlainRows<withTemperatures>(rows, materials, last - 1, place, ignored);
+        if (complete && place.row == last - 1) {
+            // What is stored after the last record belongs to another thread.
+            std::array<unsigned char, sizeof(std::uint64_t)> record;
+            unsigned char* const end = std::exchange(place.record, record.data());
+            complete = StorePlainRows<withTemperatures>(rows, materials, last, place, ignored);
+            if (complete && place.row == last) std::memcpy(end, record.data(), cubeStride);
+        }
+        // One of which only the position is plain is left as a whole.
+        if (!complete) return Read(cursor, first, place.row, kept);
+        kept = place.bounds;
+        cursor = rows.Cursor();
+        return place.row;
+    }
+
+    void Keep(const RowBounds& kept) const { kept.Widen(bounds); }
+
+    void Clear(std::uint64_t first, std::uint64_t last) const { buffers.Clear(first, last); }
+
+    const BulkMaterials& materials;
+    Bounds& bounds;
+    CubeBuffers& buffers;
+};
 
 /// Fills the grid with the rows of a `data` block.
 class CubeRows {
@@ -25,129 +134,97 @@ public:
           modelBounds_(reading.model.bounds),
           progress_(reading.progress),
           count_(reading.model.cubes.CubesCount()),
-          firstRecord_(reading.model.cubes.CubesPtr()),
-          firstTemperature_(reading.model.cubes.TemperaturesPtr()),
-          record_(firstRecord_),
-          temperature_(firstTemperature_),
-          recordPages_(firstRecord_, count_ * cubeStride),
-          temperaturePages_(firstTemperature_, firstTemperature_ == nullptr ? 0 : count_ * sizeof *temperature_) {}
+          buffers_(reading.model.cubes),
+          place_(buffers_.At(0)) {}
 
     CubeRows(const CubeRows&) = delete;
     CubeRows& operator=(const CubeRows&) = delete;
     /// The bounds hold what was stored, also where reading failed thereafter.
-    ~CubeRows() { bounds_.Widen(modelBounds_); }
+    ~CubeRows() { place_.bounds.Widen(modelBounds_); }
 
     /// Reads what follows, up to the END of the rows.
     void ReadOn() {
         do {
-            if (temperature_ == nullptr) {
+            if (buffers_.temperatures == nullptr) {
                 ReadPlainRows<false>();
             } else if (!ReadPlainRows<true>()) {
                 ReadTemperature();
             }
         } while (ReadRow());
-        CloseBulkRows(core_, read_, count_);
+        CloseBulkRows(core_, place_.row, count_);
     }
 
-    bool Full() const { return read_ == count_; }
+    bool Full() const { return place_.row == count_; }
 
     /// Leaves out a row, of which something may be stored.
-    void PassOver() {
-        ++read_;
-        record_ = firstRecord_ + read_ * cubeStride;
-        if (temperature_ != nullptr) temperature_ = firstTemperature_ + read_;
-    }
+    void PassOver() { MoveTo(place_.row + 1); }
 
 private:
-    /// Reads rows of the common kind for as long as they follow one another. Returns whether the last one was complete:
-    /// false when its temperature is still to be read. What changes with each row is kept out of memory that the
-    /// records might overlap.
-    template <bool withTemperatures>
-    bool ReadPlainRows() {
-        CommitPages();
-        PlainRows<4> rows(core_.lexer);
-        const std::uint64_t limit = std::min(count_, core_.rowLimit);
-        unsigned long long* const progress = progress_;
-        std::uint64_t read = read_;
-        unsigned char* record = record_;
-        double* temperature = temperature_;
-        RowBounds bounds = bounds_;
-        bool complete = true;
-        while (complete && read < limit && rows.Look() && materials_.Known(rows.Material())) {
-            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Material()]);
-            StoreCube(record, packed);
-            record += cubeStride;
-            bounds.Add(packed);
-            rows.Accept();
-            if constexpr (withTemperatures) {
-                complete = rows.TakeNumber(*temperature);
-                if (!complete) break;
-                ++temperature;
-            }
-            Publish(progress, ++read);
-        }
-        rows.Commit();
-        read_ = read;
-        record_ = record;
-        temperature_ = temperature;
-        bounds_ = bounds;
-        return complete;
+    void MoveTo(std::uint64_t row) {
+        const RowBounds bounds = place_.bounds;
+        place_ = buffers_.At(row);
+        place_.bounds = bounds;
     }
 
-    /// Commits what the text at hand may fill.
-    void CommitPages() {
-        // Of four numbers and what is between them.
-        constexpr std::uint64_t shortestRow = 8;
+    /// Not for each row that is not plain: in what is left of a buffer there are ever fewer.
+    void CommitFor(std::uint64_t rows) {
+        if (rows > reached_) buffers_.Reach(reached_ = rows);
+    }
+
+    /// Reads rows of the common kind for as long as they follow one another. As StorePlainRows.
+    template <bool withTemperatures>
+    bool ReadPlainRows() {
+        const std::uint64_t limit = std::min(count_, core_.rowLimit);
+        const CubesAhead<withTemperatures> ahead{materials_, modelBounds_, buffers_};
+        MoveTo(ReadRowsAhead(core_, ahead, place_.row, limit, progress_));
         const BulkCursor cursor(core_.lexer);
-        const std::uint64_t rows = read_ + static_cast<std::uint64_t>(cursor.end - cursor.at) / shortestRow;
-        // Not for each row that is not plain: in what is left of a buffer there are ever fewer.
-        if (rows <= reached_) return;
-        reached_ = rows;
-        recordPages_.Reach(rows * cubeStride);
-        temperaturePages_.Reach(rows * sizeof *temperature_);
+        CommitFor(std::min(limit, place_.row + static_cast<std::uint64_t>(cursor.end - cursor.at) / shortestRow));
+        PlainRows<4> rows(cursor);
+        unsigned long long* const progress = progress_;
+        const bool complete = StorePlainRows<withTemperatures>(
+            rows, materials_, limit, place_, [progress](std::uint64_t row) { Publish(progress, row); });
+        rows.Cursor().Commit(core_.lexer);
+        return complete;
     }
 
     /// Reads a row of any kind; returns whether there was one.
     bool ReadRow() {
         BulkPosition position;
-        if (!ReadBulkPosition(core_, read_, count_, position)) return false;
+        if (!ReadBulkPosition(core_, place_.row, count_, position)) return false;
         const std::uint64_t packed = PackCube(position.x, position.y, position.z, materials_.Read(core_));
-        StoreCube(record_, packed);
-        record_ += cubeStride;
-        bounds_.Add(packed);
-        if (temperature_ != nullptr) {
+        StoreCube(place_.record, packed);
+        place_.record += cubeStride;
+        place_.bounds.Add(packed);
+        if (buffers_.temperatures != nullptr) {
             ReadTemperature();
         } else {
-            Publish(progress_, ++read_);
+            Publish(progress_, ++place_.row);
         }
         return true;
     }
 
     /// Reads the temperature of the row whose cube was stored last, and with it ends the row.
     void ReadTemperature() {
-        core_.row = read_ + 1;
+        core_.row = place_.row + 1;
         core_.NextToken();
         if (core_.token.type != TokenType::Number) {
             ORVALO_RAISE(SectionReader, ReaderMessages::TemperatureValueExpected);
         }
-        *temperature_++ = core_.token.value;
-        Publish(progress_, ++read_);
+        *place_.temperature++ = core_.token.value;
+        Publish(progress_, ++place_.row);
     }
 
     ReaderCore& core_;
     BulkMaterials materials_;
     Bounds& modelBounds_;
-    RowBounds bounds_;
     unsigned long long* progress_;
     std::uint64_t count_;
-    std::uint64_t read_ = 0;
-    unsigned char* firstRecord_;
-    double* firstTemperature_;
-    unsigned char* record_;
-    double* temperature_;
-    PageCommitter recordPages_;
-    PageCommitter temperaturePages_;
+    CubeBuffers buffers_;
+    CubePlace place_;
     std::uint64_t reached_ = 0;
+
+    /// Of four numbers and what is between them.
+    static constexpr std::uint64_t shortestRow = 8;
 };
 
 bool ReadFormat(const ReaderCore& core) {

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <optional>
 
 #include "Common/PageCommitter.h"
 #include "Common/Raise.h"
@@ -10,11 +11,72 @@
 #include "Reader/PlainRows.h"
 #include "Reader/Properties.h"
 #include "Reader/RowBounds.h"
+#include "Reader/RowsAhead.h"
 #include "Reader/Sections.h"
 
 namespace orvalo {
 
 namespace {
+
+/// The place among the damping cubes where rows are stored, which moves on with each.
+struct DampingPlace {
+    void Store(std::uint64_t packed, double coefficient) {
+        StoreCube(record, packed);
+        std::memcpy(record + cubeStride, &coefficient, sizeof coefficient);
+        bounds.Add(packed);
+        PassOver();
+    }
+    void PassOver() {
+        record += dampingCubeStride;
+        ++row;
+    }
+
+    std::uint64_t row = 0;
+    unsigned char* record = nullptr;
+    RowBounds bounds;
+};
+
+/// Stores rows of the common kind for as long as they follow one another, up to row `limit`. Returns the position of
+/// a last one whose coefficient is still to be read.
+std::optional<std::uint64_t> StorePlainRows(PlainRows<4>& rows, const BulkMaterials& materials, std::uint64_t limit,
+                                            DampingPlace& place) {
+    while (place.row < limit && rows.Look() && materials.Known(rows.Material())) {
+        const std::uint64_t packed = WithMaterial(rows.row, materials[rows.Material()]);
+        rows.Accept();
+        double coefficient = 0.0;
+        if (!rows.TakeNumber(coefficient)) return packed;
+        place.Store(packed, coefficient);
+    }
+    return std::nullopt;
+}
+
+/// Plain rows as several threads store them.
+struct DampingAhead {
+    static constexpr RowLayout layout = RowLayout::DecimalLines;
+    using Kept = RowBounds;
+
+    std::uint64_t Read(BulkCursor& cursor, std::uint64_t first, std::uint64_t last, RowBounds& kept) const {
+        pages.Reach(last * dampingCubeStride);
+        PlainRows<4> rows(cursor);
+        DampingPlace place{first, records + first * dampingCubeStride, {}};
+        // One of which only the position is plain is left as a whole.
+        if (StorePlainRows(rows, materials, last, place)) return Read(cursor, first, place.row, kept);
+        kept = place.bounds;
+        cursor = rows.Cursor();
+        return place.row;
+    }
+
+    void Keep(const RowBounds& kept) const { kept.Widen(bounds); }
+
+    void Clear(std::uint64_t first, std::uint64_t last) const {
+        std::memset(records + first * dampingCubeStride, 0, (last - first) * dampingCubeStride);
+    }
+
+    const BulkMaterials& materials;
+    Bounds& bounds;
+    unsigned char* records;
+    PageCommitter& pages;
+};
 
 /// Fills the damping cubes with the rows of a `data` block.
 class DampingRows {
@@ -24,84 +86,67 @@ public:
           materials_(reading.model.materials, reading.cubesOnly),
           modelBounds_(reading.model.bounds),
           count_(reading.model.cubes.DampingCubesCount()),
-          record_(reading.model.cubes.DampingCubesPtr()),
-          pages_(record_, count_ * dampingCubeStride) {}
+          records_(reading.model.cubes.DampingCubesPtr()),
+          pages_(records_, count_ * dampingCubeStride),
+          place_{0, records_, {}} {}
 
     DampingRows(const DampingRows&) = delete;
     DampingRows& operator=(const DampingRows&) = delete;
     /// The bounds hold what was stored, also where reading failed thereafter.
-    ~DampingRows() { bounds_.Widen(modelBounds_); }
+    ~DampingRows() { place_.bounds.Widen(modelBounds_); }
 
     /// Reads what follows, up to the END of the rows.
     void ReadOn() {
         do {
             ReadPlainRows();
         } while (ReadRow());
-        CloseBulkRows(core_, read_, count_);
+        CloseBulkRows(core_, place_.row, count_);
     }
 
-    bool Full() const { return read_ == count_; }
+    bool Full() const { return place_.row == count_; }
 
     /// Leaves out a row, of which nothing is stored.
-    void PassOver() {
-        ++read_;
-        record_ += dampingCubeStride;
-    }
+    void PassOver() { place_.PassOver(); }
 
 private:
     /// Reads rows of the common kind for as long as they follow one another.
     void ReadPlainRows() {
+        const std::uint64_t limit = std::min(count_, core_.rowLimit);
+        const DampingAhead ahead{materials_, modelBounds_, records_, pages_};
+        place_.row = ReadRowsAhead(core_, ahead, place_.row, limit, nullptr);
+        place_.record = records_ + place_.row * dampingCubeStride;
         const BulkCursor cursor(core_.lexer);
         // A row takes about as many bytes as its text.
-        pages_.Reach(read_ * dampingCubeStride + static_cast<std::size_t>(cursor.end - cursor.at));
-        PlainRows<4> rows(core_.lexer);
-        const std::uint64_t limit = std::min(count_, core_.rowLimit);
-        while (read_ < limit && rows.Look() && materials_.Known(rows.Material())) {
-            const std::uint64_t packed = WithMaterial(rows.row, materials_[rows.Material()]);
-            rows.Accept();
-            double coefficient = 0.0;
-            if (!rows.TakeNumber(coefficient)) {
-                rows.Commit();
-                Store(packed, ReadCoefficient());
-                return;
-            }
-            Store(packed, coefficient);
-        }
-        rows.Commit();
+        pages_.Reach(place_.row * dampingCubeStride + static_cast<std::size_t>(cursor.end - cursor.at));
+        PlainRows<4> rows(cursor);
+        const auto unended = StorePlainRows(rows, materials_, limit, place_);
+        rows.Cursor().Commit(core_.lexer);
+        if (unended) place_.Store(*unended, ReadCoefficient());
     }
 
     /// Reads a row of any kind; returns whether there was one.
     bool ReadRow() {
         BulkPosition position;
-        if (!ReadBulkPosition(core_, read_, count_, position)) return false;
+        if (!ReadBulkPosition(core_, place_.row, count_, position)) return false;
         const std::uint64_t packed = PackCube(position.x, position.y, position.z, materials_.Read(core_));
-        Store(packed, ReadCoefficient());
+        place_.Store(packed, ReadCoefficient());
         return true;
     }
 
     double ReadCoefficient() {
-        core_.row = read_ + 1;
+        core_.row = place_.row + 1;
         core_.NextToken();
         if (core_.token.type != TokenType::Number) ORVALO_RAISE(SectionReader, ReaderMessages::DampingValueExpected);
         return core_.token.value;
     }
 
-    void Store(std::uint64_t packed, double coefficient) {
-        StoreCube(record_, packed);
-        std::memcpy(record_ + cubeStride, &coefficient, sizeof coefficient);
-        record_ += dampingCubeStride;
-        bounds_.Add(packed);
-        ++read_;
-    }
-
     ReaderCore& core_;
     BulkMaterials materials_;
     Bounds& modelBounds_;
-    RowBounds bounds_;
     std::uint64_t count_;
-    std::uint64_t read_ = 0;
-    unsigned char* record_;
+    unsigned char* records_;
     PageCommitter pages_;
+    DampingPlace place_;
 };
 
 struct DampingReading {

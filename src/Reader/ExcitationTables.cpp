@@ -1,8 +1,13 @@
 #include "Reader/ExcitationTables.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
+#include <vector>
 
+#include "Common/OrderedBlocks.h"
+#include "Common/PageCommitter.h"
 #include "Common/Raise.h"
 #include "Reader/ModelAccess.h"
 
@@ -10,7 +15,7 @@ namespace orvalo {
 
 namespace {
 
-/// How many samples are made between looks at the flag.
+/// How many samples are made at a time, between looks at the flag.
 constexpr std::size_t piece = 4096;
 
 /// One sample after the other of a waveform. The formulas are evaluated in this very order: samples are compared bit
@@ -57,18 +62,77 @@ private:
     double frequency_;
 };
 
+/// Makes the samples from `begin` to before `end`, the first of them at `t`; returns the time of the one after them.
 template <class Sample>
-void FillTable(const Actuator::Definition& definition, Table& table, double timeStep, StopFlag stop) {
+double Fill(const WaveformSampler& sampler, Table& table, PageCommitter& pages, std::size_t begin, std::size_t end,
+            double t, double timeStep) {
+    pages.Reach(end * sizeof(Sample));
+    auto* sample = static_cast<unsigned char*>(table.data) + begin * sizeof(Sample);
+    for (std::size_t i = begin; i < end; ++i) {
+        const auto value = static_cast<Sample>(sampler.At(t));
+        std::memcpy(sample, &value, sizeof value);
+        sample += sizeof value;
+        t += timeStep;
+    }
+    return t;
+}
+
+/// Makes the samples of a table with several threads.
+template <class Sample>
+class TeamFill {
+public:
+    TeamFill(const WaveformSampler& sampler, Table& table, PageCommitter& pages, double timeStep, StopFlag stop,
+             unsigned int team)
+        : sampler_(sampler), table_(table), pages_(pages), timeStep_(timeStep), stop_(stop), start_(team) {}
+
+    // The steps of OrderedBlocks.
+
+    struct Outcome {};
+
+    bool Fetch(unsigned int, std::uint64_t block) const { return First(block) < table_.count && !stop_.IsSet(); }
+
+    /// Times are summed up from the start on, each with the rounding of those before it.
+    bool Begin(unsigned int member, std::uint64_t block) {
+        start_[member] = time_;
+        for (std::size_t i = First(block); i < End(block); ++i) time_ += timeStep_;
+        return true;
+    }
+
+    Outcome Work(unsigned int member, std::uint64_t block) const {
+        Fill<Sample>(sampler_, table_, pages_, First(block), End(block), start_[member], timeStep_);
+        return {};
+    }
+
+    bool End(const Outcome&) const { return true; }
+
+private:
+    std::size_t First(std::uint64_t block) const { return static_cast<std::size_t>(block * piece); }
+    std::size_t End(std::uint64_t block) const { return std::min(First(block) + piece, table_.count); }
+
+    const WaveformSampler& sampler_;
+    Table& table_;
+    PageCommitter& pages_;
+    const double timeStep_;
+    const StopFlag stop_;
+    double time_ = 0.0;
+    /// The time of the first sample of each member's block.
+    std::vector<double> start_;
+};
+
+template <class Sample>
+void FillTable(const Actuator::Definition& definition, Table& table, double timeStep, StopFlag stop,
+               unsigned int threads) {
+    constexpr std::size_t leastForTeam = 16 * piece;
     const WaveformSampler sampler(definition);
-    auto* sample = static_cast<unsigned char*>(table.data);
+    PageCommitter pages(table.data, table.count * sizeof(Sample));
+    if (threads > 1 && table.count >= leastForTeam) {
+        TeamFill<Sample> fill(sampler, table, pages, timeStep, stop, threads);
+        OrderedBlocks<TeamFill<Sample>>(fill, threads).Run();
+        return stop.Check();
+    }
     double t = 0.0;
     stop.CheckEach(piece, table.count, [&](std::size_t begin, std::size_t end) {
-        for (std::size_t i = begin; i < end; ++i) {
-            const auto value = static_cast<Sample>(sampler.At(t));
-            std::memcpy(sample, &value, sizeof value);
-            sample += sizeof value;
-            t += timeStep;
-        }
+        t = Fill<Sample>(sampler, table, pages, begin, end, t, timeStep);
     });
 }
 
@@ -83,7 +147,7 @@ std::size_t SampleCount(const Actuator::Definition& definition, double timeStep)
 
 }  // namespace
 
-void GenerateTables(Model& model, bool doublePrecision, StopFlag stop) {
+void GenerateTables(Model& model, bool doublePrecision, StopFlag stop, unsigned int threads) {
     int id = -1;
     for (Actuator& actuator : model.actuators) {
         stop.Check();
@@ -94,9 +158,9 @@ void GenerateTables(Model& model, bool doublePrecision, StopFlag stop) {
         table->count = SampleCount(actuator.definition, model.timeStep);
         ModelAccess::Allocate(*table, doublePrecision);
         if (doublePrecision) {
-            FillTable<double>(actuator.definition, *table, model.timeStep, stop);
+            FillTable<double>(actuator.definition, *table, model.timeStep, stop, threads);
         } else {
-            FillTable<float>(actuator.definition, *table, model.timeStep, stop);
+            FillTable<float>(actuator.definition, *table, model.timeStep, stop, threads);
         }
         actuator.tableId = id;
         model.tables.emplace(id, table);

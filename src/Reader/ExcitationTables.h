@@ -7,9 +7,9 @@
 
 namespace orvalo {
 
-/// Files a table made from the waveform of every actuator that names none, under IDs from -1 down. Throws OutOfMemory
-/// and, as all here, Stopped.
-void GenerateTables(Model& model, bool doublePrecision, StopFlag stop);
+/// Files a table made from the waveform of every actuator that names none, under IDs from -1 down, with up to so many
+/// threads. Throws OutOfMemory and, as all here, Stopped.
+void GenerateTables(Model& model, bool doublePrecision, StopFlag stop, unsigned int threads);
 
 /// Points every actuator at its table; each ID must be in the model.
 void AssignTables(Model& model, StopFlag stop);

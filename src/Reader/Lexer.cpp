@@ -241,6 +241,8 @@ void Lexer::NextToken(Token& token) {
 bool Lexer::ReadNatural(std::uint32_t& value) {
     LexerFile& file = *current_;
     naturalRead_ = true;
+    // What cannot be read on is not there, wherever the number before it was marked.
+    Mark(file, 0);
     for (;;) {
         const unsigned char byte = file.Get();
         ++file.column;

@@ -75,9 +75,13 @@ bool LexerFile::Refill() {
         lineStart_ = bufferOffset_ + start;
     }
     bufferOffset_ += done.size();
+    ReadBuffer();
+    return end > Begin();
+}
+
+void LexerFile::ReadBuffer() {
     cursor = end = Begin();
     *Begin() = '\0';
-
     const auto got = stream_.Read(Begin(), bufferSize_);
     failed_ = !got;
     if (failed_) ORVALO_RAISE(LexerFile, ReaderMessages::ErrorReadingInputFile, Quoted(path).c_str());
@@ -87,7 +91,21 @@ bool LexerFile::Refill() {
     }
     Begin()[*got] = '\0';
     end = Begin() + *got;
-    return *got > 0;
+}
+
+void LexerFile::MoveTo(std::uint64_t offset, std::uint64_t lineStart) {
+    if (offset > bufferOffset_ + static_cast<std::uint64_t>(end - Begin())) {
+        stop_.Check();
+        if (markColumn_ == 0) markColumn_ = ColumnOf(markOffset_);
+        bufferOffset_ += (offset - 1 - bufferOffset_) / bufferSize_ * bufferSize_;
+        lineStart_ = lineStart;
+        failed_ = !stream_.Seek(bufferOffset_);
+        if (failed_) ORVALO_RAISE(LexerFile, ReaderMessages::ErrorReadingInputFile, Quoted(path).c_str());
+        ReadBuffer();
+    }
+    // A file that has become shorter ends where it does.
+    cursor = Begin() + std::min<std::uint64_t>(offset - bufferOffset_, static_cast<std::uint64_t>(end - Begin()));
+    lineStart_ = std::min(lineStart_, Offset());
 }
 
 std::uint64_t LexerFile::ColumnOf(std::uint64_t offset) const noexcept {

@@ -9,6 +9,7 @@
 #include <Orvalo3DReader/Reader/InputPlace.h>
 
 #include "Common/Platform.h"
+#include "Common/RowText.h"
 #include "Common/StopFlag.h"
 
 namespace orvalo {
@@ -74,6 +75,13 @@ public:
     /// The line of the byte before the cursor, and the one after it, as far as they are in the buffer.
     std::string_view CurrentLine() const noexcept;
     std::string_view NextLine() const noexcept;
+    /// What follows the cursor.
+    TextAhead Ahead() const { return {stream_, cursor, end, Offset(), bufferSize_}; }
+    /// Where the cursor's line starts.
+    std::uint64_t LineStart() const { return Offset() - (ColumnOf(Offset()) - 1); }
+    /// Moves the cursor on to a place after it, where `lineStart` is the start of the line, in the buffer in which the
+    /// byte before it is reached by reading on. Throws ErrorReadingInputFile and Stopped.
+    void MoveTo(std::uint64_t offset, std::uint64_t lineStart);
     /// Whether reading on has failed.
     bool HasFailed() const { return failed_; }
     /// Takes what was read for all of the file.
@@ -97,14 +105,16 @@ public:
     const char* cursor = nullptr;
     const char* end = nullptr;
 
-    static constexpr std::size_t scanningSlack = 72;
+    static constexpr std::size_t scanningSlack = RowText::scanningSlack;
     /// Bytes that may be looked at before the first one.
-    static constexpr std::size_t leadingSlack = 8;
+    static constexpr std::size_t leadingSlack = RowText::leadingSlack;
 
 private:
+    std::uint64_t Offset() const { return bufferOffset_ + static_cast<std::uint64_t>(cursor - Begin()); }
     char* Begin() const { return buffer_.get() + leadingSlack; }
     unsigned char GetAtEnd();
     bool Refill();
+    void ReadBuffer();
     std::uint64_t ColumnOf(std::uint64_t offset) const noexcept;
 
     StopFlag stop_;

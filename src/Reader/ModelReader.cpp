@@ -8,6 +8,7 @@
 #include "Common/Platform.h"
 #include "Common/Raise.h"
 #include "Common/WithinMemory.h"
+#include "Common/Workers.h"
 #include "Reader/ExcitationTables.h"
 #include "Reader/ModelValidation.h"
 #include "Reader/Sections.h"
@@ -38,6 +39,7 @@ void ModelReader::Execute(Model& model, bool doublePrecision) {
     failurePlace_ = {};
     failureRow_ = 0;
     core_.row = 0;
+    core_.ahead = ReadingAhead(ThreadCount(core_.ahead.threads));
     core_.lexer.ResetPosition();
     try {
         WithinMemory(module::Reader, __LINE__, [&] { Read(model, doublePrecision); });
@@ -126,7 +128,7 @@ void ModelReader::ReadWholeModel(const ModelReading& reading) {
     CheckRequiredTables(core_, reading.model);
     if (core_.recovery != nullptr) return CheckGeneratedTables(core_, reading.model);
     const StopFlag stop = core_.lexer.stopFlag;
-    GenerateTables(reading.model, reading.doublePrecision, stop);
+    GenerateTables(reading.model, reading.doublePrecision, stop, core_.ahead.threads);
     AssignTables(reading.model, stop);
 }
 

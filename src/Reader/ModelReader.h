@@ -25,7 +25,7 @@ public:
     const ReaderCore& Core() const { return core_; }
 
     void TraceCurrentCube(unsigned long long* counter) { progress_ = counter; }
-    void Threads(unsigned int count) { threads_ = count; }
+    void Threads(unsigned int count) { core_.ahead.threads = count; }
     void StopOn(const std::atomic<bool>* flag) { core_.lexer.stopFlag = StopFlag(flag); }
     void Execute(Model& model, bool doublePrecision);
     const InputPlace& FailurePlace() const { return failurePlace_; }
@@ -51,7 +51,6 @@ private:
     std::string path_;
     bool cubesOnly_;
     unsigned long long* progress_ = nullptr;
-    unsigned int threads_ = 1;
     /// A bit for each SectionOrder of which a section was met.
     unsigned int defined_ = 0;
     /// A bit for each that was missed where it should have come first.

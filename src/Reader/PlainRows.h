@@ -27,7 +27,9 @@ namespace orvalo {
 template <unsigned int numbers>
 class PlainRows {
 public:
-    explicit PlainRows(Lexer& lexer) : cursor_(lexer), separator_(SeparatorAt(cursor_.at)) { MoveWindow(); }
+    explicit PlainRows(const BulkCursor& cursor) : cursor_(cursor), separator_(SeparatorAt(cursor_.at)) {
+        MoveWindow();
+    }
     PlainRows(const PlainRows&) = delete;
     PlainRows& operator=(const PlainRows&) = delete;
 
@@ -46,8 +48,8 @@ public:
     /// Reads the number after the row that was accepted last, if it is one of the common kind.
     bool TakeNumber(double& value) { return cursor_.TakeNumber(value); }
 
-    /// Moves the lexer past what was accepted and taken. To be called last.
-    void Commit() const { cursor_.Commit(); }
+    /// Past what was accepted and taken.
+    const BulkCursor& Cursor() const { return cursor_; }
 
     /// The numbers of the row that was looked at, 16 bits each, the first one lowest.
     std::uint64_t row = 0;

@@ -12,6 +12,7 @@
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Model/Point.h>
 
+#include "Common/ReadingAhead.h"
 #include "Model/CodeWords.h"
 #include "Reader/Lexer.h"
 #include "Reader/Recovery.h"
@@ -82,6 +83,7 @@ public:
 
     Lexer lexer;
     Token token;
+    ReadingAhead ahead;
     /// The bulk row being read, from 1; 0 outside of bulk rows.
     std::uint64_t row = 0;
     /// The bulk row, from 0, of which to tell: rows that are read in passing end before it. Beyond all for a reader.

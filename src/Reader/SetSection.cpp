@@ -6,6 +6,7 @@
 #include "Reader/BulkRows.h"
 #include "Reader/PlainRows.h"
 #include "Reader/Properties.h"
+#include "Reader/RowsAhead.h"
 #include "Reader/Sections.h"
 
 namespace orvalo {
@@ -28,6 +29,32 @@ Point ToPoint(std::uint32_t x, std::uint32_t y, std::uint32_t z) {
     return {static_cast<short>(x), static_cast<short>(y), static_cast<short>(z)};
 }
 
+/// Stores plain rows from `row` on in their places, up to `limit`; returns the one after the last of them.
+std::uint64_t StorePlainRows(PlainRows<3>& rows, Point* points, std::uint64_t row, std::uint64_t limit) {
+    while (row < limit && rows.Look()) {
+        points[row++] = ToPoint(rows.Field(0), rows.Field(1), rows.Field(2));
+        rows.Accept();
+    }
+    return row;
+}
+
+/// Plain rows as several threads store them.
+struct SetAhead {
+    static constexpr RowLayout layout = RowLayout::NaturalLines;
+    struct Kept {};
+
+    std::uint64_t Read(BulkCursor& cursor, std::uint64_t first, std::uint64_t last, Kept&) const {
+        PlainRows<3> rows(cursor);
+        const std::uint64_t read = StorePlainRows(rows, points, first, last);
+        cursor = rows.Cursor();
+        return read;
+    }
+    void Keep(const Kept&) const {}
+    void Clear(std::uint64_t first, std::uint64_t last) const { std::fill(points + first, points + last, Point{}); }
+
+    Point* points;
+};
+
 /// Fills a set with the rows of a `data` block.
 class SetRows {
 public:
@@ -38,12 +65,10 @@ public:
         BulkPosition position;
         do {
             const std::uint64_t limit = std::min(count_, core_.rowLimit);
-            PlainRows<3> rows(core_.lexer);
-            while (read_ < limit && rows.Look()) {
-                points_[read_++] = ToPoint(rows.Field(0), rows.Field(1), rows.Field(2));
-                rows.Accept();
-            }
-            rows.Commit();
+            read_ = ReadRowsAhead(core_, SetAhead{points_}, read_, limit, nullptr);
+            PlainRows<3> rows{BulkCursor(core_.lexer)};
+            read_ = StorePlainRows(rows, points_, read_, limit);
+            rows.Cursor().Commit(core_.lexer);
             if (!ReadBulkPosition(core_, read_, count_, position)) break;
             points_[read_++] = ToPoint(position.x, position.y, position.z);
         } while (true);

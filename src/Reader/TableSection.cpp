@@ -7,6 +7,7 @@
 #include "Reader/BulkCursor.h"
 #include "Reader/ModelAccess.h"
 #include "Reader/Properties.h"
+#include "Reader/RowsAhead.h"
 #include "Reader/Sections.h"
 
 namespace orvalo {
@@ -40,6 +41,32 @@ std::size_t ReadTableCount(const ReaderCore& core) {
     ORVALO_RAISE(TableReader, ReaderMessages::NotEnoughTableElements, static_cast<int>(missing));
 }
 
+/// Plain numbers as several threads store them.
+template <class Sample>
+struct SamplesAhead {
+    static constexpr RowLayout layout = RowLayout::Numbers;
+    struct Kept {};
+
+    std::uint64_t Read(BulkCursor& cursor, std::uint64_t first, std::uint64_t last, Kept&) const {
+        pages.Reach(last * sizeof(Sample));
+        BulkCursor own = cursor;
+        double number = 0.0;
+        for (; first < last && own.TakeNumber(number); ++first) {
+            const auto value = static_cast<Sample>(number);
+            std::memcpy(samples + sizeof value * first, &value, sizeof value);
+        }
+        cursor = own;
+        return first;
+    }
+    void Keep(const Kept&) const {}
+    void Clear(std::uint64_t first, std::uint64_t last) const {
+        std::memset(samples + sizeof(Sample) * first, 0, sizeof(Sample) * (last - first));
+    }
+
+    unsigned char* samples;
+    PageCommitter& pages;
+};
+
 template <class Sample>
 void ReadSamples(ReaderCore& core, Table& table) {
     auto* sample = static_cast<unsigned char*>(table.data);
@@ -53,12 +80,13 @@ void ReadSamples(ReaderCore& core, Table& table) {
         ++read;
     };
     for (;;) {
+        if (table.count > 0) read = ReadRowsAhead(core, SamplesAhead<Sample>{sample, pages}, read, count, nullptr);
         BulkCursor cursor(core.lexer);
         double number = 0.0;
         // A sample takes fewer bytes than its text, but for the shortest ones.
         pages.Reach(read * sizeof(Sample) + static_cast<std::size_t>(cursor.end - cursor.at));
         while (read < count && cursor.TakeNumber(number)) store(number);
-        cursor.Commit();
+        cursor.Commit(core.lexer);
 
         const bool whole = core.Attempt([&] {
             core.NextToken();

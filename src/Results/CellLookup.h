@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <vector>
 
 #include "Common/StopFlag.h"
 
@@ -25,13 +26,13 @@ struct CoordinateRun {
 };
 
 /// Finds the row of a cube. The cells of the box that all rows span are numbered x first, z last, and cut into leaves
-/// of 64; a leaf exists only where some row lies in it, and a directory says where. So a query takes two loads, a
-/// full box costs four bytes a cell, and a sparse one at most one leaf a row.
+/// of 64; in a box that is not half full a leaf exists only where some row lies in it, and a directory says where. So
+/// a query takes two loads, a full box costs four bytes a cell, and a sparse one at most one leaf a row.
 class CellLookup {
 public:
-    /// Of several rows for a cube the last counts. False when the box has more cells than 32 bits number, or does not
-    /// fit into memory. Throws Stopped.
-    bool Build(std::span<const CoordinateRun> runs, StopFlag stop);
+    /// Of several rows for a cube the last counts. Takes up to so many threads. False when the box has more cells than
+    /// 32 bits number, or does not fit into memory. Throws Stopped.
+    bool Build(std::span<const CoordinateRun> runs, StopFlag stop, unsigned int threads = 1);
 
     bool HasX(int x) const { return Distance(x, minX_) < sizeX_; }
     bool HasY(int y) const { return Distance(y, minY_) < sizeY_; }
@@ -45,6 +46,7 @@ public:
 
 private:
     static constexpr std::uint32_t leafCells = 64;
+    static constexpr std::size_t leafSize = leafCells * sizeof(std::uint32_t);
 
     /// Beyond every size of a box for a value that lies below: no difference wraps that far.
     static std::uint32_t Distance(int value, int from) {
@@ -55,8 +57,16 @@ private:
         return Distance(x, minX_) + Distance(y, minY_) * sizeX_ + Distance(z, minZ_) * plane_;
     }
 
-    bool Measure(std::span<const CoordinateRun> runs, StopFlag stop);
-    std::size_t NumberLeaves(std::span<const CoordinateRun> runs, StopFlag stop);
+    struct Part;
+    class LeafPages;
+
+    static std::vector<Part> Parts(std::span<const CoordinateRun> runs);
+    bool Measure(std::vector<Part>& parts, StopFlag stop, unsigned int team);
+    std::size_t NumberLeaves(std::vector<Part>& parts, StopFlag stop);
+    std::size_t NumberAllLeaves(std::vector<Part>& parts, std::size_t count);
+    std::uint32_t FirstCell(const Part& part) const;
+    std::uint32_t LastCell(const Part& part) const;
+    void NoteRows(const Part& part, std::uint32_t begin, std::uint32_t end);
 
     // All sizes are 0 until the box is known: nothing lies in it.
     int minX_ = 0;

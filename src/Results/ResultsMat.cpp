@@ -48,12 +48,12 @@ short* ResultsMat::AllocateIndices(unsigned int columns, unsigned int rows) {
     return storage_->indices = reinterpret_cast<short*>(storage_->indexBuffer.get());
 }
 
-void ResultsMat::Finalize(StopFlag stop) {
+void ResultsMat::Finalize(StopFlag stop, unsigned int threads) {
     const std::size_t rows = storage_->indexRows;
     if (storage_->rowCount != rows) ORVALO_RAISE(ResultsMat, ReaderMessages::DifferentRowCount);
     const short* const x = storage_->indices;
     const std::array<CoordinateRun, 1> run = {{{x, x + rows, x + 2 * rows, 1, rows}}};
-    if (!storage_->lookup.Build(run, stop)) ORVALO_RAISE(ResultsMat, ReaderMessages::OutOfMemory);
+    if (!storage_->lookup.Build(run, stop, threads)) ORVALO_RAISE(ResultsMat, ReaderMessages::OutOfMemory);
 }
 
 bool ResultsMat::ValuesDefined() const {

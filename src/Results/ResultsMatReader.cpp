@@ -1,12 +1,14 @@
 #include "Results/ResultsMatReader.h"
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <optional>
 #include <string>
 
 #include "Common/Publish.h"
 #include "Common/Raise.h"
+#include "Common/Workers.h"
 #include "Results/MatLayout.h"
 
 namespace orvalo {
@@ -16,6 +18,10 @@ namespace {
 static_assert(std::endian::native == std::endian::little && sizeof(double) == 8 && sizeof(short) == 2);
 
 using namespace mat;
+
+/// What is read at a time, for a column may be gigabytes.
+constexpr std::size_t piece = std::size_t{1} << 20U;
+constexpr std::size_t leastForTeam = 2 * piece;
 
 }  // namespace
 
@@ -30,7 +36,7 @@ void ResultsMatReader::Execute() {
             ReadIndices(element);
         }
     }
-    results_.Finalize(stop_);
+    results_.Finalize(stop_, threads_);
 }
 
 /// False at the end of the file.
@@ -105,8 +111,6 @@ void ResultsMatReader::ReadIndices(const Element& element) {
 
 /// How many bytes were read: fewer than asked for at the end of the file.
 std::size_t ResultsMatReader::Read(void* buffer, std::size_t size, PageCommitter* pages) {
-    // A column may be gigabytes.
-    constexpr std::size_t piece = std::size_t{1} << 20U;
     auto* const bytes = static_cast<unsigned char*>(buffer);
     std::size_t filled = 0;
     for (std::size_t asked = 1, got = 1; filled < size && got == asked; filled += got) {
@@ -128,7 +132,26 @@ void ResultsMatReader::ReadExactly(void* buffer, std::size_t size) {
 /// As ReadExactly, into a buffer that AllocateToFill made.
 void ResultsMatReader::ReadData(void* buffer, std::size_t size) {
     PageCommitter pages(buffer, size);
-    if (Read(buffer, size, &pages) < size) RaiseUnreadable();
+    const bool whole =
+        threads_ > 1 && size >= leastForTeam ? ReadByTeam(buffer, size, pages) : Read(buffer, size, &pages) == size;
+    if (!whole) RaiseUnreadable();
+}
+
+/// As Read, several pieces at once. Returns whether all were read.
+bool ResultsMatReader::ReadByTeam(void* buffer, std::size_t size, PageCommitter& pages) {
+    auto* const bytes = static_cast<unsigned char*>(buffer);
+    const std::optional<std::uint64_t> place = file_.Place();
+    if (!place) return false;
+    std::atomic<bool> whole{true};
+    ShareOut(threads_, (size + piece - 1) / piece, [&](std::size_t i) {
+        stop_.Check();
+        const std::size_t begin = i * piece;
+        const std::size_t asked = std::min(piece, size - begin);
+        pages.Reach(begin + asked);
+        if (file_.ReadAt(*place + begin, bytes + begin, asked) != asked) whole = false;
+    });
+    bytesLeft_ -= std::min<std::uint64_t>(bytesLeft_, size);
+    return whole && file_.Seek(*place + size);
 }
 
 std::uint32_t ResultsMatReader::ReadWord() {

@@ -19,8 +19,8 @@ class ResultsMatReader {
 public:
     /// `bytesLeft` is what the open file holds from its current place on.
     ResultsMatReader(ResultsMat& results, platform::InputFile& file, std::uint64_t bytesLeft, float* progress,
-                     StopFlag stop)
-        : results_(results), file_(file), bytesLeft_(bytesLeft), progress_(progress), stop_(stop) {}
+                     StopFlag stop, unsigned int threads = 1)
+        : results_(results), file_(file), bytesLeft_(bytesLeft), progress_(progress), stop_(stop), threads_(threads) {}
 
     void Execute();
 
@@ -44,6 +44,7 @@ private:
     void ReadIndices(const Element& element);
 
     std::size_t Read(void* buffer, std::size_t size, PageCommitter* pages = nullptr);
+    bool ReadByTeam(void* buffer, std::size_t size, PageCommitter& pages);
     void ReadExactly(void* buffer, std::size_t size);
     void ReadData(void* buffer, std::size_t size);
     std::uint32_t ReadWord();
@@ -56,6 +57,7 @@ private:
     std::uint64_t bytesLeft_;
     float* progress_;
     StopFlag stop_;
+    unsigned int threads_;
     float valuesShare_ = 0;
     float indicesShare_ = 0;
 };

@@ -16,6 +16,7 @@
 #include "Common/Raise.h"
 #include "Common/StopFlag.h"
 #include "Common/WithinMemory.h"
+#include "Common/Workers.h"
 #include "Results/MatLayout.h"
 #include "Results/ResultsMatReader.h"
 #include "Results/ResultsTxtReader.h"
@@ -51,25 +52,28 @@ void SetRequests(std::string& pathAndRequests, const Requests& requests) {
     std::memcpy(pathAndRequests.data() + pathAndRequests.size() - sizeof requests, &requests, sizeof requests);
 }
 
-std::unique_ptr<Results> ReadMat(const std::string& path, platform::InputFile& file, float* progress, StopFlag stop) {
+std::unique_ptr<Results> ReadMat(const std::string& path, platform::InputFile& file, float* progress, StopFlag stop,
+                                 unsigned int threads) {
     auto results = std::make_unique<ResultsMat>(path);
     // A file that cannot tell its size, such as a pipe, is not trusted to hold any data.
     const std::uint64_t size = file.Size().value_or(0);
     const std::uint64_t left = size > mat::headerSize ? size - mat::headerSize : 0;
-    ResultsMatReader(*results, file, left, progress, stop).Execute();
+    ResultsMatReader(*results, file, left, progress, stop, threads).Execute();
     return results;
 }
 
 std::unique_ptr<Results> ReadTxt(const std::string& path, platform::InputFile& file, std::string_view alreadyRead,
-                                 float* progress, StopFlag stop) {
+                                 float* progress, StopFlag stop, unsigned int threads) {
     return WithinMemory(module::ResultsTxt, __LINE__, [&] {
         auto results = std::make_unique<ResultsTxt>(path);
-        ResultsTxtReader(*results, progress, stop).Execute(file, alreadyRead);
+        ResultsTxtReader(*results, progress, stop, threads).Execute(file, alreadyRead);
         return results;
     });
 }
 
-std::unique_ptr<Results> ReadFile(const std::string& path, float* progress, StopFlag stop) {
+std::unique_ptr<Results> ReadFile(const std::string& path, float* progress, const Requests& requests) {
+    const StopFlag stop(requests.stop);
+    const unsigned int threads = ThreadCount(requests.threads);
     stop.Check();
     platform::InputFile file;
     if (!file.Open(path)) {
@@ -79,9 +83,9 @@ std::unique_ptr<Results> ReadFile(const std::string& path, float* progress, Stop
     const auto got = file.Read(buffer.data(), buffer.size());
     if (!got) ORVALO_RAISE(ResultsReader, ReaderMessages::ErrorReadingResultsFile, Quoted(path).c_str());
     const std::string_view header(buffer.data(), *got);
-    if (!mat::IsMat(header)) return ReadTxt(path, file, header, progress, stop);
+    if (!mat::IsMat(header)) return ReadTxt(path, file, header, progress, stop, threads);
     if (!header.ends_with(mat::version)) ORVALO_RAISE(ResultsReader, ReaderMessages::InvalidMATHeader);
-    return ReadMat(path, file, progress, stop);
+    return ReadMat(path, file, progress, stop, threads);
 }
 
 }  // namespace
@@ -109,8 +113,7 @@ void ResultsReader::StopOn(const std::atomic<bool>* flag) {
 
 Results* ResultsReader::Execute() {
     return WithinMemory(module::ResultsReader, __LINE__, [this] {
-        const StopFlag stop(RequestsOf(pathAndRequests_).stop);
-        return ReadFile(PathOf(pathAndRequests_), progress_, stop).release();
+        return ReadFile(PathOf(pathAndRequests_), progress_, RequestsOf(pathAndRequests_)).release();
     });
 }
 

@@ -11,6 +11,7 @@
 #include "Results/RowBlocks.h"
 #include "Results/TextLines.h"
 #include "Results/TextRow.h"
+#include "Results/TextRowsAhead.h"
 
 namespace orvalo {
 
@@ -61,14 +62,25 @@ void ResultsTxt::ReadData(const TextLine& line) {
     ++s.rowCount;
 }
 
-void ResultsTxt::Finalize(StopFlag stop) {
+std::uint64_t ResultsTxt::ReadAhead(TextLines& lines, std::size_t longestRow, unsigned int team, TextProgress& progress,
+                                    StopFlag stop) {
+    Storage& s = *storage_;
+    TextRowsAhead ahead({s.indices, s.values, s.indexColumns, s.valueColumns}, s.rowCount, lines, longestRow, team,
+                        progress, stop);
+    const auto rows = static_cast<unsigned int>(ahead.Read());
+    s.line += rows - s.rowCount;
+    s.rowCount = rows;
+    return ahead.Blocks();
+}
+
+void ResultsTxt::Finalize(StopFlag stop, unsigned int threads) {
     const Storage& s = *storage_;
     if (s.indexColumns == 0) return;
     std::vector<CoordinateRun> runs;
     for (const ColumnRun<short>& x : s.indices.Runs(0, s.rowCount)) {
         runs.push_back({x.data, x.data + 1, x.data + 2, x.stride, x.rows});
     }
-    if (!storage_->lookup.Build(runs, stop)) ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
+    if (!storage_->lookup.Build(runs, stop, threads)) ORVALO_RAISE(ResultsTxt, ReaderMessages::OutOfMemory);
 }
 
 const double* ResultsTxt::ValueRun(unsigned int column, unsigned int row, unsigned int& rows) const {

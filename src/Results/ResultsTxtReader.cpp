@@ -1,8 +1,8 @@
 #include "Results/ResultsTxtReader.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
+#include <limits>
 
 #include "Common/Publish.h"
 #include "Common/Raise.h"
@@ -10,34 +10,36 @@
 
 namespace orvalo {
 
-namespace {
-
-/// Small enough to stay in the processor's cache until it is converted.
-constexpr std::size_t readSize = std::size_t{256} << 10U;
-
-}  // namespace
-
 void ResultsTxtReader::Execute(platform::InputFile& file, std::string_view alreadyRead) {
-    const auto fileSize = static_cast<float>(file.Size().value_or(0));
-    TextLines lines(file, alreadyRead, readSize, stop_);
-    std::uint64_t bytes = 0;
+    TextProgress progress{progress_, static_cast<float>(file.Size().value_or(0))};
+    TextLines lines(file, alreadyRead, readSize_, stop_);
     bool header = true;
     Publish(progress_, 0.0F);
     for (TextLine line; lines.Next(line);) {
-        bytes += line.Length() + 1;
+        progress.bytes += line.Length() + 1;
         if (header) {
             results_.ReadHeader(line);
         } else {
             results_.ReadData(line);
         }
+        progress.Tell();
+        if (ahead_.threads > 1 && !header && line.newline) ReadAhead(lines, line, progress);
         header = false;
-        // A file of unknown size counts as read with the first line.
-        if (progress_ != nullptr) Publish(progress_, std::min(static_cast<float>(bytes) / fileSize * 100.0F, 100.0F));
     }
     if (lines.Failed()) {
         ORVALO_RAISE(ResultsReader, ReaderMessages::ErrorReadingResultsFile, Quoted(results_.FileName()).c_str());
     }
-    results_.Finalize(stop_);
+    results_.Finalize(stop_, ahead_.threads);
+}
+
+/// Reads on with several threads where that is worth it. The rows that follow the `last` one are about as long.
+void ResultsTxtReader::ReadAhead(TextLines& lines, const TextLine& last, TextProgress& progress) {
+    constexpr std::uint64_t anyNumber = std::numeric_limits<std::uint64_t>::max();
+    if (!ahead_.MayPay(lines.Ahead(), RowLayout::Lines, anyNumber)) return;
+    const std::size_t longestRow = std::min<std::size_t>(2 * last.Length() + 256, TextLines::longestLine + 1);
+    const std::uint64_t blocks = results_.ReadAhead(lines, longestRow, ahead_.threads, progress, stop_);
+    stop_.Check();
+    ahead_.Note(lines.Ahead(), blocks);
 }
 
 }  // namespace orvalo

@@ -5,11 +5,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <vector>
 
 #include <Orvalo3DReader/Results/ColumnRun.h>
 
 #include "Common/Buffers.h"
+#include "Common/PageCommitter.h"
 
 namespace orvalo {
 
@@ -47,6 +49,45 @@ public:
         return true;
     }
 
+    /// Takes the blocks that rows up to `rows` will lie in, so that RowAt may be called for them while others are
+    /// taken. False when memory does not suffice, and for more rows than AppendRow takes.
+    bool Reserve(std::size_t rows) {
+        if (rows > rowLimit_) return false;
+        const std::size_t blocks = columns_ == 0 ? 0 : (rows + rowInBlock_) >> shift_;
+        try {
+            // So that the blocks taken before stay where they are while they are looked at.
+            blocks_.reserve(std::size_t{2} * maxMiB + maxAtOnce);
+            pages_.reserve(blocks_.capacity());
+            while (blocks_.size() < blocks) {
+                if (!TakeBlocks()) return false;
+            }
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+        return true;
+    }
+
+    /// The place of a row for which Reserve was called, appended or not.
+    T* RowAt(std::size_t row) {
+        return columns_ == 0 ? nullptr : blocks_[row >> shift_] + (row & rowInBlock_) * columns_;
+    }
+
+    /// Commits memory for the rows from `first` to before `last`, for which Reserve was called and which are about to
+    /// be written. Any thread may.
+    void Commit(std::size_t first, std::size_t last) {
+        if (columns_ == 0) return;
+        for (; first < last; first = (first | rowInBlock_) + 1) {
+            CommitBlock(first >> shift_,
+                        std::min((first | rowInBlock_) + 1, last) - (first & ~std::size_t{rowInBlock_}));
+        }
+    }
+
+    /// Makes the rows up to `rows` appended ones. They were written where RowAt said.
+    void SetRows(std::size_t rows) {
+        rows_ = rows;
+        if (!NeedsBlock()) next_ = RowAt(rows);
+    }
+
     const T& At(std::size_t column, std::uint32_t row) const {
         return blocks_[row >> shift_][std::size_t{row & rowInBlock_} * columns_ + column];
     }
@@ -73,13 +114,26 @@ private:
     /// Once some blocks are full, more are taken at a time: large pages cost less to commit.
     static constexpr std::size_t maxAtOnce = 16;
 
+    /// What commits the buffer of a block, and how much of it lies before the block.
+    struct BlockPages {
+        std::shared_ptr<PageCommitter> committer;
+        std::size_t before;
+    };
+
     bool NeedsBlock() const { return (rows_ & rowInBlock_) == 0; }
 
     bool OpenBlock() {
         const std::size_t block = rows_ >> shift_;
         if (block == blocks_.size() && !TakeBlocks()) return false;
+        CommitBlock(block, RowsPerBlock());
         next_ = blocks_[block];
         return true;
+    }
+
+    /// Commits memory for the first rows of a block.
+    void CommitBlock(std::size_t block, std::size_t rows) {
+        const BlockPages& pages = pages_[block];
+        pages.committer->Reach(pages.before + rows * columns_ * sizeof(T));
     }
 
     bool TakeBlocks() {
@@ -88,7 +142,11 @@ private:
         buffers_.push_back(AllocateToFill(count, entries * sizeof(T)));
         if (!buffers_.back()) return false;
         auto* const first = reinterpret_cast<T*>(buffers_.back().get());
-        for (std::size_t i = 0; i < count; ++i) blocks_.push_back(first + i * entries);
+        const auto committer = std::make_shared<PageCommitter>(first, count * entries * sizeof(T));
+        for (std::size_t i = 0; i < count; ++i) {
+            pages_.push_back({committer, i * entries * sizeof(T)});
+            blocks_.push_back(first + i * entries);
+        }
         return true;
     }
 
@@ -102,6 +160,8 @@ private:
     std::vector<T> rowWithoutBlock_;
     // Those in use, and those taken beforehand: blocks taken together share one buffer.
     std::vector<T*> blocks_;
+    /// Of each block.
+    std::vector<BlockPages> pages_;
     std::vector<std::shared_ptr<unsigned char[]>> buffers_;
 };
 

@@ -61,12 +61,37 @@ bool TextLines::Fill() {
         std::memmove(start, begin_, static_cast<std::size_t>(dataEnd_ - begin_));
         for (char** const place : {&begin_, &searched_, &nul_, &dataEnd_}) *place -= moved;
     }
+    const char* const before = dataEnd_;
+    ReadOn();
+    return dataEnd_ > before;
+}
+
+void TextLines::ReadOn() {
     const std::optional<std::size_t> got = file_.Read(dataEnd_, readSize_);
     failed_ = !got;
     ended_ = got.value_or(0) < readSize_;
     dataEnd_ += got.value_or(0);
     std::memset(dataEnd_, 0, readableBehind);
-    return got.value_or(0) > 0;
+}
+
+void TextLines::MoveTo(std::uint64_t offset, std::uint64_t lines) {
+    std::uint64_t start = nextPlace_.offset;
+    const std::uint64_t end = Ahead().EndOffset();
+    if (offset > end) {
+        stop_.Check();
+        // The portion in which reading on would have come to the byte before that place.
+        start = end + (offset - 1 - end) / readSize_ * readSize_;
+        begin_ = dataEnd_ = buffer_.data();
+        if (file_.Seek(start)) {
+            ReadOn();
+        } else {
+            failed_ = ended_ = true;
+        }
+    }
+    // A file that has become shorter ends where it does.
+    begin_ += std::min<std::uint64_t>(offset - start, static_cast<std::uint64_t>(dataEnd_ - begin_));
+    searched_ = nul_ = begin_;
+    nextPlace_ = {offset, nextPlace_.line + lines, 1};
 }
 
 /// The line from begin_ to `end`; the next one begins at `next`.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Common/Platform.h"
+#include "Common/RowText.h"
 #include "Common/StopFlag.h"
 
 namespace orvalo {
@@ -35,6 +36,9 @@ struct TextPlace {
 /// NUL hides the rest of its line.
 class TextLines {
 public:
+    /// With its newline.
+    static constexpr std::ptrdiff_t longestLine = 65535;
+
     /// Reads `readSize` bytes at a time, after the bytes of the file that the caller has `alreadyRead`: at most
     /// 65,535.
     TextLines(platform::InputFile& file, std::string_view alreadyRead, std::size_t readSize, StopFlag stop = {});
@@ -46,15 +50,20 @@ public:
     const TextPlace& Place() const { return place_; }
     const TextPlace& NextPlace() const { return nextPlace_; }
 
+    /// What follows the line last handed out, which a newline has ended.
+    TextAhead Ahead() const { return {file_, begin_, dataEnd_, nextPlace_.offset, readSize_}; }
+    /// Goes on at a place after the line last handed out, as many lines farther on. Throws Stopped.
+    void MoveTo(std::uint64_t offset, std::uint64_t lines);
+
     /// Whether Next has met a read error.
     bool Failed() const { return failed_; }
 
 private:
-    static constexpr std::ptrdiff_t longestLine = 65535;
-    static constexpr std::size_t readableBehind = 16;
+    static constexpr std::size_t readableBehind = RowText::scanningSlack;
 
     bool HasWholeLine();
     bool Fill();
+    void ReadOn();
     TextLine Take(char* end, char* next, bool newline);
 
     platform::InputFile& file_;

@@ -59,6 +59,31 @@ TEST(RandomText, EndsAfterAHundredDiagnostics) {
     }
 }
 
+TEST(RandomText, IsCheckedByThreadsAsByOne) {
+    std::string text =
+        "ANALYSIS cellsize 1 timestep 0.1 END MATERIALS 1 0 \"s\" 1 1 1 END\nCUBES count 400000 format 0 data\n";
+    for (unsigned int i = 0; i < 300'000; ++i) {
+        const char* const row = i % 50'000 != 49'999 ? " 1\n" : i % 100'000 != 99'999 ? " x\n" : "\n";
+        text += std::to_string(i % 200 + 1) + ' ' + std::to_string(i / 200 % 200 + 1) + " 1" + row;
+    }
+    const std::string path = support::WriteFile("main.model", text + "END END\nTABLE id 1 count x END\n");
+    const auto found = [&](unsigned int threads) {
+        CheckOptions options;
+        options.threads = threads;
+        std::string all;
+        for (const Diagnostic& diagnostic : CheckModel(path, options)) {
+            const InputPlace& place = diagnostic.place;
+            for (const std::uint64_t number : {place.offset, place.line, place.column, diagnostic.row})
+                all += std::to_string(number) + ' ';
+            all += diagnostic.message + '\n';
+        }
+        return all;
+    };
+    const std::string expected = found(1);
+    EXPECT_NE(expected.find(" 50000 "), std::string::npos) << expected;
+    EXPECT_EQ(found(3), expected);
+}
+
 std::string Times(std::size_t count, const std::string& text) {
     std::string all;
     for (std::size_t i = 0; i < count; ++i) all += text;

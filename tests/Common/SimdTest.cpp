@@ -32,7 +32,20 @@ void ExpectMasks(const std::string& bytes) {
         ASSERT_EQ(fast::NonDigitMask(bytes.data()), nonDigits) << testing::PrintToString(bytes);
         ASSERT_EQ(scalar::ByteMask(bytes.data(), wanted), found) << testing::PrintToString(bytes);
         ASSERT_EQ(fast::ByteMask(bytes.data(), wanted), found) << testing::PrintToString(bytes);
+        const auto count = static_cast<unsigned int>(std::popcount(found));
+        ASSERT_EQ(scalar::CountBytes(bytes.data(), wanted), count) << testing::PrintToString(bytes);
+        ASSERT_EQ(fast::CountBytes(bytes.data(), wanted), count) << testing::PrintToString(bytes);
     }
+    const std::string after = bytes.back() + bytes;
+    unsigned int starts = 0;
+    bool blank = false;
+    for (std::size_t i = 0; i <= 64; ++i) {
+        const bool next = static_cast<unsigned char>(after[i]) <= ' ' || after[i] == ',';
+        starts += i > 0 && blank && !next ? 1U : 0U;
+        blank = next;
+    }
+    ASSERT_EQ(scalar::CountStarts(after.data() + 1), starts) << testing::PrintToString(bytes);
+    ASSERT_EQ(fast::CountStarts(after.data() + 1), starts) << testing::PrintToString(bytes);
 }
 
 TEST(Simd, ClassifiesEveryByteBesideEveryOther) {

@@ -11,6 +11,7 @@
 
 #include "Faults/Faults.h"
 #include "Faults/Subjects.h"
+#include "Faults/ThreadSubjects.h"
 
 namespace orvalo::faults {
 namespace {
@@ -145,6 +146,38 @@ TEST(FailingMemory, EndsInOutOfMemoryAndLosesNothing) {
         }
     }
     std::cout << "allocations that failed: " << points << '\n';
+}
+
+/// Has three threads share a small file.
+Attempt ReadsByThreads(const ThreadSubject& subject, const std::string& path) {
+    return [&subject, path](Series& series) {
+        Model model;
+        ModelReader models(path, true, 64);
+        models.Threads(3);
+        ResultsTxt results(path);
+        platform::InputFile file;
+        try {
+            const auto armed = Arm(series);
+            if (subject.isModel) {
+                models.Execute(model, true);
+            } else if (file.Open(path)) {
+                ResultsTxtReader reader(results, nullptr, StopFlag(), 3, 64);
+                WithinMemory(module::ResultsTxt, __LINE__, [&] { reader.Execute(file, ""); });
+            }
+        } catch (const Exception& failure) {
+            return failure.code();
+        }
+        return 0;
+    };
+}
+
+// What only threads need they do without, so that a read may go well even where memory stays short.
+TEST(FailingMemory, OfThreadsLosesNothing) {
+    KeepThreads();
+    for (const ThreadSubject& subject : ThreadSubjects()) {
+        const std::string path = support::WriteFile("shared", subject.content);
+        EXPECT_GT(FailEach(subject.name, 0, ReadsByThreads(subject, path), false), 5) << subject.name;
+    }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "Faults/Faults.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdarg>
 #include <random>
@@ -13,14 +14,32 @@ namespace orvalo::faults {
 
 namespace {
 
-long readCalls;
+std::atomic<long> readCalls;
 
+/// Only one thread reads at a time where reads vary.
 std::size_t Most() {
     if (transfer.seed == 0) return transfer.most;
     static std::minstd_rand random;
     static unsigned int seeded = 0;
     if (seeded != transfer.seed) random.seed(seeded = transfer.seed);
     return 1 + random() % transfer.most;
+}
+
+/// Whether a call may read from `place` on, up to `size` bytes, which may become fewer.
+bool Reads(std::size_t place, std::size_t& size) {
+    if (raising != nullptr && raising->Fails()) raised = true;
+    if (Fails(reading, EIO)) return false;
+    if (transfer.interrupted && ++readCalls % 2 != 0) {
+        errno = EINTR;
+        return false;
+    }
+    if (place >= transfer.unreadable) {
+        errno = EIO;
+        return false;
+    }
+    size = std::min(size, Most());
+    size = std::min(size, std::min(transfer.end, transfer.unreadable) - std::min(transfer.end, place));
+    return true;
 }
 
 }  // namespace
@@ -38,6 +57,8 @@ int __real_close(int descriptor);
 int __wrap_close(int descriptor);
 ssize_t __real_read(int descriptor, void* buffer, size_t size);
 ssize_t __wrap_read(int descriptor, void* buffer, size_t size);
+ssize_t __real_pread(int descriptor, void* buffer, size_t size, off_t offset);
+ssize_t __wrap_pread(int descriptor, void* buffer, size_t size, off_t offset);
 int __real_stat(const char* path, struct stat* status);
 int __wrap_stat(const char* path, struct stat* status);
 int __real_fstat(int descriptor, struct stat* status);
@@ -106,18 +127,12 @@ int __wrap_rename(const char* from, const char* to) {
 }
 
 ssize_t __wrap_read(int descriptor, void* buffer, size_t size) {
-    if (raising != nullptr && raising->Fails()) raised = true;
-    if (Fails(reading, EIO)) return -1;
-    if (transfer.interrupted && ++readCalls % 2 != 0) {
-        errno = EINTR;
-        return -1;
-    }
-    size = std::min(size, Most());
-    if (transfer.end != static_cast<std::size_t>(-1)) {
-        const auto place = static_cast<std::size_t>(::lseek(descriptor, 0, SEEK_CUR));
-        size = std::min(size, transfer.end - std::min(transfer.end, place));
-    }
-    return __real_read(descriptor, buffer, size);
+    const auto place = static_cast<std::size_t>(std::max<off_t>(::lseek(descriptor, 0, SEEK_CUR), 0));
+    return Reads(place, size) ? __real_read(descriptor, buffer, size) : -1;
+}
+
+ssize_t __wrap_pread(int descriptor, void* buffer, size_t size, off_t offset) {
+    return Reads(static_cast<std::size_t>(offset), size) ? __real_pread(descriptor, buffer, size, offset) : -1;
 }
 
 int __wrap_stat(const char* path, struct stat* status) {

@@ -13,11 +13,11 @@ namespace orvalo::faults {
 struct Series {
     long at = LONG_MAX;
     bool forever = false;
-    long calls = 0;
+    std::atomic<long> calls = 0;
 
     bool Fails() {
-        ++calls;
-        return forever ? calls >= at : calls == at;
+        const long call = ++calls;
+        return forever ? call >= at : call == at;
     }
     bool Reached() const { return calls >= at; }
 };
@@ -28,7 +28,9 @@ inline Series* memory = nullptr;
 inline Series* unmapping = nullptr;
 /// Whether the system makes all anonymous pages large, unless told otherwise.
 inline bool largePages = false;
-/// open, read, and fstat or stat.
+/// pthread_create, as where a process has as many threads as it may have.
+inline Series* starting = nullptr;
+/// open, read or pread, and fstat or stat.
 inline Series* opening = nullptr;
 inline Series* reading = nullptr;
 inline Series* asking = nullptr;
@@ -38,7 +40,7 @@ inline Series* saving = nullptr;
 inline bool links = true;
 /// How many more bytes the medium takes.
 inline std::size_t room = static_cast<std::size_t>(-1);
-/// Calls of read and write, of which one raises the flag.
+/// Calls of read, pread and write, of which one raises the flag.
 inline Series* raising = nullptr;
 inline std::atomic<bool> raised{false};
 
@@ -51,6 +53,8 @@ struct Transfer {
     bool interrupted = false;
     /// Where every file ends, as if it had been cut after it was opened.
     std::size_t end = static_cast<std::size_t>(-1);
+    /// From where on no file can be read.
+    std::size_t unreadable = static_cast<std::size_t>(-1);
 };
 inline Transfer transfer;
 

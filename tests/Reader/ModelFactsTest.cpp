@@ -211,6 +211,16 @@ TEST(ModelFacts, GeneratedTables) {
     }
 }
 
+TEST(ModelFacts, GeneratedTablesOfSeveralThreads) {
+    const std::string text = Replaced(Sections("AMCXS"), "timestep 0.1", "timestep 3e-7");
+    for (const bool asDoubles : {true, false}) {
+        const std::shared_ptr<Model> one = ReadText(text, {false, asDoubles, 64, 1}).model;
+        const std::shared_ptr<Model> three = ReadText(text, {false, asDoubles, 64, 3}).model;
+        EXPECT_GT(one->tables.at(-1)->count, 100'000U);
+        EXPECT_TRUE(ShowModel(*one) == ShowModel(*three));
+    }
+}
+
 /// "A time step of 0 is accepted [...]. Then any `start` but 0 is an error, and so is a generated signal."
 TEST(ModelFacts, NoTimeStep) {
     const std::string text = Replaced(Sections("AMCS"), "0.1", "0") + Replaced(Sections("P"), "PIEZO", "PIEZO start 0");

@@ -15,7 +15,7 @@ using namespace support;
 namespace fs = std::filesystem;
 
 const std::string grid = "CUBES count 1 format 0 data 1 2 3 4 END END\n";
-constexpr ReadSettings cubesOnly = {true, true, Lexer::defaultBufferSize};
+const ReadSettings cubesOnly = {true, true, Lexer::defaultBufferSize};
 
 TEST(Opening, FindsTheMainFileOrNamesIt) {
     const fs::path before = fs::current_path();

@@ -20,7 +20,9 @@ namespace orvalo {
 inline void (*afterReadingResults)(const Results& results) = nullptr;
 
 inline std::unique_ptr<Results> Load(const std::string& path) {
-    std::unique_ptr<Results> results(ResultsReader(path).Execute());
+    ResultsReader reader(path);
+    reader.Threads(support::TestThreads());
+    std::unique_ptr<Results> results(reader.Execute());
     if (afterReadingResults != nullptr) afterReadingResults(*results);
     return results;
 }

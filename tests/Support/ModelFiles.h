@@ -76,10 +76,18 @@ inline std::vector<std::vector<std::string>> Rows(const std::string& table) {
     return rows;
 }
 
+/// How many threads read where a test does not say: as many as the environment asks for, usually 1.
+inline unsigned int TestThreads() {
+    const char* const asked = std::getenv("ORVALO_TEST_THREADS");
+    return asked == nullptr ? 1 : static_cast<unsigned int>(std::atoi(asked));
+}
+
 struct ReadSettings {
     bool cubesOnly = false;
     bool doublePrecision = true;
-    std::size_t bufferSize = Lexer::defaultBufferSize;
+    /// Several threads need small buffers to share small files.
+    std::size_t bufferSize = TestThreads() == 1 ? Lexer::defaultBufferSize : 64;
+    unsigned int threads = TestThreads();
 };
 
 /// What a read came to: `code` 0 is success.
@@ -99,6 +107,7 @@ inline void (*afterReadingModel)(const Model& model, bool doublePrecision) = nul
 inline Outcome ReadPath(const std::string& path, const ReadSettings& options = {}) {
     Outcome outcome;
     ModelReader reader(path, options.cubesOnly, options.bufferSize);
+    reader.Threads(options.threads);
     try {
         reader.Execute(*outcome.model, options.doublePrecision);
     } catch (const ReadError& failure) {

@@ -11,8 +11,8 @@ struct ReadOptions {
     bool cubesOnly = false;
     /// Models: whether samples of tables are stored as doubles or as floats.
     bool doublePrecision = true;
-    /// How many threads may read; 0 for as many as the process may run. For now every read takes one, whatever it is
-    /// allowed.
+    /// How many threads may read, the calling one among them; 0 for as many as the process may run. What is read, and
+    /// every error, is the same for any number. Small files are read by one, and others take only what helps.
     unsigned threads = 1;
     /// Models: where the number of cubes read so far is stored, for a caller that shows progress from another thread.
     unsigned long long* cubesRead = nullptr;

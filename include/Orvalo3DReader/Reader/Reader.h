@@ -33,8 +33,7 @@ public:
     /// caller's and must outlive Execute; null turns it off.
     void TraceCurrentCube(unsigned long long* counter);
 
-    /// How many threads may read: 1 by default, 0 for as many as the process may run. For now a read takes one,
-    /// whatever it is allowed.
+    /// How many threads may read: 1 by default, 0 for as many as the process may run. See ReadOptions::threads.
     void Threads(unsigned count);
 
     /// Has Execute throw Stopped soon after `*flag` is set, as ReadOptions::stop says. `flag` stays the caller's and

@@ -54,7 +54,7 @@ private:
     short* AllocateIndices(unsigned int columns, unsigned int rows);
     /// Makes the queries by cube possible once both matrices are filled. Throws DifferentRowCount, OutOfMemory
     /// and Stopped.
-    void Finalize(StopFlag stop);
+    void Finalize(StopFlag stop, unsigned int threads);
 
     std::unique_ptr<Storage> storage_;
 };

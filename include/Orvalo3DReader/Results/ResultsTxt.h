@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,6 +14,8 @@ namespace orvalo {
 
 class StopFlag;
 struct TextLine;
+struct TextProgress;
+class TextLines;
 
 /// Results read from tab-separated text. Made by ResultsReader. The queries throw as Results says.
 class ORVALO3DREADER_EXPORT ResultsTxt : public Results {
@@ -64,8 +68,12 @@ private:
     /// Appends a further line as a row. Throws TooManyColumnsTxt, NotEnoughColumnsTxt, ErrorReadingResultsFile and
     /// OutOfMemory.
     void ReadData(const TextLine& line);
+    /// Appends further lines as rows with a team of threads, as far as that goes, none of them, for certain, longer
+    /// than `longestRow`. Returns how many blocks it has read whole.
+    std::uint64_t ReadAhead(TextLines& lines, std::size_t longestRow, unsigned int team, TextProgress& progress,
+                            StopFlag stop);
     /// Makes the queries by cube possible after the last line. Throws OutOfMemory and Stopped.
-    void Finalize(StopFlag stop);
+    void Finalize(StopFlag stop, unsigned int threads);
 
     std::unique_ptr<Storage> storage_;
 };
