@@ -91,7 +91,7 @@ void ResultsTxtCheck::UseColumns(const TextColumns& columns) {
 TextRow ResultsTxtCheck::Read(const TextLine& line, const TextColumns& columns) {
     indices_.resize(std::max<std::size_t>(indices_.size(), columns.indices));
     values_.resize(std::max<std::size_t>(values_.size(), columns.values));
-    return ReadTextRow(line, indices_.data(), columns.indices, values_.data(), columns.values);
+    return ReadTextRow(line, indices_.data(), columns.indices, values_.data(), columns.values, runs_);
 }
 
 void ResultsTxtCheck::CheckRow(const TextLine& line) {

@@ -51,6 +51,7 @@ private:
     bool ended_ = false;
     std::vector<short> indices_;
     std::vector<double> values_;
+    DecimalRuns runs_;
     CellBox box_;
 };
 

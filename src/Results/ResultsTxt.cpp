@@ -22,6 +22,7 @@ struct ResultsTxt::Storage : QueryRules {
     std::vector<std::string> names;
     RowBlocks<short> indices;
     RowBlocks<double> values;
+    DecimalRuns runs;
 };
 
 ResultsTxt::ResultsTxt(const std::string& fileName) : Results(fileName), storage_(std::make_unique<Storage>()) {}
@@ -49,7 +50,8 @@ void ResultsTxt::ReadHeader(const TextLine& line) {
 void ResultsTxt::ReadData(const TextLine& line) {
     Storage& s = *storage_;
     const auto lineNumber = static_cast<int>(++s.line);
-    const TextRow row = ReadTextRow(line, s.indices.NextRow(), s.indexColumns, s.values.NextRow(), s.valueColumns);
+    const TextRow row =
+        ReadTextRow(line, s.indices.NextRow(), s.indexColumns, s.values.NextRow(), s.valueColumns, s.runs);
     if (row.end == RowEnd::Unended) {
         ORVALO_RAISE(ResultsTxt, ReaderMessages::ErrorReadingResultsFile, Quoted(FileName()).c_str());
     }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Common/Bytes.h"
+#include "Common/DecimalRuns.h"
 #include "Common/ParseNumber.h"
 #include "Results/TextLines.h"
 
@@ -56,19 +57,26 @@ inline const char* SkipTabs(const char* p) {
 /// Reads the values of a line from `p` on into the places from `value` to `valueEnd`, which becomes the one after the
 /// last value read. Stops before the end of the line when all places are taken, and where there is no number: no later
 /// column gets on there either.
-inline const char* ReadValues(const char* p, const char* end, double* value, const double*& valueEnd) {
+inline const char* ReadValues(const char* p, const char* end, double* value, const double*& valueEnd,
+                              DecimalRuns& runs) {
     const char* start;
     do {
         start = p;
-        p = SkipTabs(ParseNumber(p, end, *value++));
+        const std::size_t read = runs.Read(p, end, value, static_cast<std::size_t>(valueEnd - value));
+        value += read;
+        if (read == 0) {
+            p = ParseNumber(p, end, *value++);
+            runs.Learn(start, p);
+        }
+        p = SkipTabs(p);
     } while (p != end && p != start && value != valueEnd);
     valueEnd = value;
     return p;
 }
 
-/// Reads a line into as many indices and values as there are columns of them.
+/// Reads a line into as many indices and values as there are columns of them. `runs` is kept from line to line.
 inline TextRow ReadTextRow(const TextLine& line, short* index, unsigned int indices, double* values,
-                           unsigned int valueCount) {
+                           unsigned int valueCount, DecimalRuns& runs) {
     const char* p = line.begin;
     unsigned int count = 0;
     // A token that is no number takes up a column and no character, so that the next column begins at the same place.
@@ -82,7 +90,7 @@ inline TextRow ReadTextRow(const TextLine& line, short* index, unsigned int indi
     }
     if (more) {
         const double* valueEnd = values + valueCount;
-        p = ReadValues(p, line.end, values, valueEnd);
+        p = ReadValues(p, line.end, values, valueEnd, runs);
         count += static_cast<unsigned int>(valueEnd - values);
         if (p != line.end) return {RowEnd::TooMany, count};
     }

@@ -47,6 +47,7 @@ TextRowsAhead::Outcome TextRowsAhead::Work(unsigned int member, std::uint64_t) {
     const char* p = block.begin;
     std::uint64_t row = first_[member];
     std::uint64_t bytes = 0;
+    DecimalRuns runs;
     storage_.indices.Commit(row, row + block.rows);
     storage_.values.Commit(row, row + block.rows);
     while (p != block.end) {
@@ -55,7 +56,7 @@ TextRowsAhead::Outcome TextRowsAhead::Work(unsigned int member, std::uint64_t) {
         const TextLine line = LineAt(p, lineFeed);
         if (line.Length() > static_cast<std::size_t>(TextLines::longestLine)) break;
         const TextRow read = ReadTextRow(line, storage_.indices.RowAt(row), storage_.indexColumns,
-                                         storage_.values.RowAt(row), storage_.valueColumns);
+                                         storage_.values.RowAt(row), storage_.valueColumns, runs);
         if (read.end != RowEnd::Whole) break;
         ++row;
         bytes += line.Length() + 1;
