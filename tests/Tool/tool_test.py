@@ -5,6 +5,7 @@ import os
 import pathlib
 import pty
 import re
+import signal
 import struct
 import subprocess
 import tempfile
@@ -398,6 +399,23 @@ class ToolTest(unittest.TestCase):
                 self.assertEqual((done.returncode, done.stderr.decode()[:len(message)]), (status, message))
                 if 'pipe' in arguments:
                     (self.directory / 'd/pipe').unlink()
+
+    def test_interruption_leaves_no_temporary_file(self):
+        self.write({'tmp/none': ''})
+        (self.directory / 'tmp/none').unlink()
+        os.mkfifo(self.directory / 'rest')
+        tool = subprocess.Popen([TOOL, 'info', '--threads', '2', '-'], cwd=self.directory, stdin=subprocess.PIPE,
+                                env={**os.environ, 'TMPDIR': str(self.directory / 'tmp')})
+        self.addCleanup(lambda: (tool.kill(), tool.wait()))
+        tool.stdin.write((HEAD + CUBES.replace('count 2', 'count 4') + 'include "rest"\n').encode())
+        tool.stdin.close()
+        with open(self.directory / 'rest', 'w', encoding='ascii') as pipe:
+            self.assertEqual(len(list((self.directory / 'tmp').iterdir())), 1)
+            tool.send_signal(signal.SIGINT)
+            time.sleep(0.2)
+            pipe.write(TAIL)
+        self.assertEqual(tool.wait(timeout=60), -signal.SIGINT)
+        self.assertEqual(list((self.directory / 'tmp').iterdir()), [])
 
     def test_watch(self):
         self.write({'a.model': HEAD + 'include "part"\n' + TAIL, 'part': CUBES})

@@ -18,6 +18,7 @@
 #include <Orvalo3DReader/Check/Rules.h>
 
 #include "CheckedFile.h"
+#include "CommonOptions.h"
 #include "DiagnosticJson.h"
 #include "DiagnosticText.h"
 #include "ExitStatus.h"
@@ -178,6 +179,7 @@ void AddOptions(CLI::App& command, CheckArguments& arguments) {
                      {"markdown", OutputFormat::markdown}},
                     "text (for people), json (for scripts) or sarif (for code hosts and editors); markdown for "
                     "--explain");
+    AddThreadsOption(command, arguments.settings.threads);
     AddKindOption(command, arguments.settings.kind);
     AddColourOption(command, arguments.colour);
     command.add_flag("--watch", arguments.watch, "Check again whenever a file, or one that it includes, changes");

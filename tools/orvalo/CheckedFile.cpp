@@ -16,8 +16,10 @@
 #include <Orvalo3DReader/Check/Rules.h>
 #include <Orvalo3DReader/Common/Exception.h>
 #include <Orvalo3DReader/Common/ReaderMessages.h>
+#include <Orvalo3DReader/Common/Stopped.h>
 
 #include "DeclaredCubes.h"
+#include "Interruption.h"
 #include "ProgressBar.h"
 #include "Terminal.h"
 
@@ -121,9 +123,14 @@ void Check(CheckedFile& file, const CheckSettings& settings) {
     orvalo::CheckOptions options;
     options.warnings = settings.warnings;
     options.firstOnly = settings.firstOnly;
+    options.threads = settings.threads;
+    const Interruption interruption;
+    options.stop = interruption.Flag();
     try {
         file.diagnostics =
             file.kind == FileKind::model ? CheckAsModel(file.input, options) : CheckAsResults(file.input, options);
+    } catch (const orvalo::Stopped&) {
+        throw Interrupted();
     } catch (const orvalo::Exception& exception) {
         file.Add(exception);
     }

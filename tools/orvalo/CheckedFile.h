@@ -26,6 +26,8 @@ struct CheckSettings {
     std::set<std::string> disabled;
     /// Told rather than guessed.
     std::optional<FileKind> kind;
+    /// 0 for as many as there are processors.
+    unsigned threads = 0;
 };
 
 /// A file named on the command line and what is wrong with it.
@@ -43,7 +45,7 @@ struct CheckedFile {
     std::vector<orvalo::Diagnostic> diagnostics;
 };
 
-/// Checks a file, with a progress bar if that takes long. Never throws for what is wrong with it.
+/// Checks a file, with a progress bar if that takes long. Never throws for what is wrong with it, but Interrupted.
 CheckedFile CheckFile(const std::string& name, const CheckSettings& settings);
 
 /// Checks a file of which the kind is known and adds what was found.

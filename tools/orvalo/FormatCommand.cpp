@@ -33,6 +33,7 @@ struct FormatOptions {
     std::string output;
     std::string cubesFile;
     bool check = false;
+    unsigned threads = 0;
 };
 
 ExitStatus Refuse(const std::string& path, const std::string& message, ExitStatus status) {
@@ -110,7 +111,7 @@ ExitStatus Compare(const FormatOptions& options, const ScratchDirectory& written
 }
 
 ExitStatus Format(const FormatOptions& options) {
-    const InputFile file = ReadOrReport(options.path, {std::nullopt, false, false}, ColourMode::automatic);
+    const InputFile file = ReadOrReport(options.path, {std::nullopt, false, false, options.threads}, ColourMode::automatic);
     if (!file.model) {
         return file.Good() ? Refuse(options.path, "These are results, and no model.", ExitStatus::badFile)
                            : file.Status();
@@ -139,6 +140,7 @@ void AddFormatCommand(CLI::App& app, ExitStatus& status) {
         ->type_name("NAME");
     command->add_flag("--check", options->check, "Write nothing, but tell whether the files of MODEL would change")
         ->excludes(output);
+    AddThreadsOption(*command, options->threads);
     command->footer(
         "The tidy form has a property on each line, a row on each line of data, the sections in a fixed order and\n"
         "numbers in their shortest form. COMMENTS AND DISABLED SECTIONS ARE NOT KEPT, and what included files hold\n"

@@ -12,6 +12,7 @@
 
 #include <Orvalo3DReader/Check/Diagnostic.h>
 
+#include "CommonOptions.h"
 #include "DiagnosticJson.h"
 #include "DiagnosticText.h"
 #include "ExitStatus.h"
@@ -31,6 +32,7 @@ struct InfoOptions {
     std::optional<FileKind> kind;
     ColourMode colour = ColourMode::automatic;
     bool cubesOnly = false;
+    unsigned threads = 0;
     /// Shown in text and left out of JSON unless said otherwise.
     std::optional<bool> timing;
 };
@@ -67,7 +69,7 @@ ExitStatus Info(const InfoOptions& options) {
     const TextStyle style(stderr, options.colour);
     bool first = true;
     for (const std::string& name : options.names) {
-        const InputFile file = ReadInputFile(name, {options.kind, options.cubesOnly});
+        const InputFile file = ReadInputFile(name, {options.kind, options.cubesOnly, true, options.threads});
         worst = std::max(worst, file.Status());
         if (options.format == OutputFormat::json) {
             document.push_back(ToJson(file, options));
@@ -101,6 +103,7 @@ void AddInfoCommand(CLI::App& app, ExitStatus& status) {
         "Tell how long reading took, as text does unless told not to");
     command->add_flag_callback(
         "--no-timing", [options] { options->timing = false; }, "Do not, as JSON does unless told to");
+    AddThreadsOption(*command, options->threads);
     AddKindOption(*command, options->kind);
     AddColourOption(*command, options->colour);
     command->footer(

@@ -11,11 +11,13 @@
 #include <vector>
 
 #include <Orvalo3DReader/Common/Exception.h>
+#include <Orvalo3DReader/Common/Stopped.h>
 #include <Orvalo3DReader/Reader/ReadModel.h>
 #include <Orvalo3DReader/Reader/ReadResults.h>
 
 #include "DeclaredCubes.h"
 #include "IncludedFiles.h"
+#include "Interruption.h"
 #include "ModelWords.h"
 #include "ProgressBar.h"
 #include "Terminal.h"
@@ -34,6 +36,12 @@ private:
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
+CheckSettings ToCheck(const ReadSettings& settings) {
+    CheckSettings own;
+    own.threads = settings.threads;
+    return own;
+}
+
 /// Whether a model can be read twice: a pipe that it includes would be waited for the second time.
 bool CanBeReadTwice(const std::string& path) {
     const std::vector<std::string> paths = WithIncludedFiles(path);
@@ -50,10 +58,14 @@ void ReadModel(InputFile& file, const ReadSettings& settings) {
     options.cubesOnly = settings.cubesOnly;
     options.threads = settings.threads;
     options.cubesRead = &cubesRead;
+    const Interruption interruption;
+    options.stop = interruption.Flag();
     const ProgressBar bar(input.Name(), [&] { return CubesState(cubesRead, declared); });
     try {
         const Stopwatch stopwatch(file.seconds);
         file.model = std::make_unique<orvalo::Model>(orvalo::ReadModel(input.Path(), options));
+    } catch (const orvalo::Stopped&) {
+        throw Interrupted();
     } catch (const orvalo::ReadError& error) {
         file.checked.Add(error);
         file.checked.diagnostics.back().place = error.Place();
@@ -67,6 +79,8 @@ void ReadResults(InputFile& file, const ReadSettings& settings) {
     orvalo::ReadOptions options;
     options.percentRead = &percent;
     options.threads = settings.threads;
+    const Interruption interruption;
+    options.stop = interruption.Flag();
     const ProgressBar bar(input.Name(), [&] { return PercentState(percent); });
     const Stopwatch stopwatch(file.seconds);
     file.results = orvalo::ReadResults(input.Path(), options);
@@ -75,20 +89,22 @@ void ReadResults(InputFile& file, const ReadSettings& settings) {
 void ReadOrExplainResults(InputFile& file, const ReadSettings& settings) {
     try {
         ReadResults(file, settings);
+    } catch (const orvalo::Stopped&) {
+        throw Interrupted();
     } catch (const orvalo::Exception& exception) {
-        Check(file.checked, CheckSettings());
+        Check(file.checked, ToCheck(settings));
         if (file.checked.Errors() == 0) file.checked.Add(exception);
     }
 }
 
 void ReadOrExplainModel(InputFile& file, const ReadSettings& settings) {
     const bool checked = settings.check && !settings.cubesOnly && CanBeReadTwice(file.checked.input.Path());
-    if (checked) Check(file.checked, CheckSettings());
+    if (checked) Check(file.checked, ToCheck(settings));
     if (file.checked.Errors() > 0) return;
     ReadModel(file, settings);
     if (file.model || checked || settings.cubesOnly || !CanBeReadTwice(file.checked.input.Path())) return;
     std::vector<orvalo::Diagnostic> first = std::move(file.checked.diagnostics);
-    Check(file.checked, CheckSettings());
+    Check(file.checked, ToCheck(settings));
     if (file.checked.Errors() == 0) file.checked.diagnostics = std::move(first);
 }
 
@@ -97,7 +113,7 @@ void ReadOrExplainModel(InputFile& file, const ReadSettings& settings) {
 InputFile ReadInputFile(const std::string& name, const ReadSettings& settings) {
     InputFile file(name, settings.kind);
     if (file.checked.input.IsDirectory()) {
-        Check(file.checked, CheckSettings());
+        Check(file.checked, ToCheck(settings));
     } else if (file.checked.kind == FileKind::results) {
         ReadOrExplainResults(file, settings);
     } else {

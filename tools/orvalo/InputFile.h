@@ -41,5 +41,5 @@ struct InputFile {
 };
 
 /// Reads a file, with a progress bar if that takes long; of which kind it is, is guessed if not told. Never throws for
-/// what is wrong with a file.
+/// what is wrong with a file, but Interrupted.
 InputFile ReadInputFile(const std::string& name, const ReadSettings& settings);

@@ -16,6 +16,7 @@
 
 #include <Orvalo3DReader/Common/Exception.h>
 
+#include "CommonOptions.h"
 #include "DiagnosticText.h"
 #include "ExitStatus.h"
 #include "HarmlessText.h"
@@ -31,6 +32,7 @@ struct ValueOptions {
     std::string row;
     std::array<std::string, 3> cube;
     ColourMode colour = ColourMode::automatic;
+    unsigned threads = 0;
 };
 
 // A whole number. What the type does not hold becomes its least or greatest, which the library refuses by its message.
@@ -89,7 +91,7 @@ ExitStatus PrintValue(const InputFile& file, const ValueOptions& options) {
 }
 
 ExitStatus Value(const ValueOptions& options) {
-    const InputFile file = ReadInputFile(options.path, {FileKind::results});
+    const InputFile file = ReadInputFile(options.path, {FileKind::results, false, false, options.threads});
     if (file.results) return PrintValue(file, options);
     PrintDiagnostics(file.checked.input, file.checked.diagnostics, TextStyle(stderr, options.colour));
     return file.Status();
@@ -110,6 +112,7 @@ void AddValueCommand(CLI::App& app, ExitStatus& status) {
         ->type_name("X Y Z")
         ->check([](const std::string& text) { return RefuseUnless(ToCoordinate(text).has_value(), text); });
     place->require_option(1);
+    AddThreadsOption(*command, options->threads);
     AddColourOption(*command, options->colour);
     command->footer("The value is printed with as many digits as it takes to read the same number back.");
     command->callback([options, &status] { status = Value(*options); });

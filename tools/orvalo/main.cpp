@@ -21,6 +21,7 @@
 #include "FormatCommand.h"
 #include "HarmlessText.h"
 #include "InfoCommand.h"
+#include "Interruption.h"
 #include "NearestWord.h"
 #include "StatsCommand.h"
 #include "ValueCommand.h"
@@ -97,6 +98,8 @@ int main(int argc, char** argv) {
         const ExitStatus status = Run(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
         if (std::fflush(stdout) == 0) return static_cast<int>(status);
         std::perror("orvalo: standard output");
+    } catch (const Interrupted&) {
+        EndInterrupted();
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "orvalo: %s\n", exception.what());
     }
