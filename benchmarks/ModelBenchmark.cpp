@@ -20,7 +20,7 @@
 
 #include "Fastest.h"
 
-// Reader::Execute beside a plain std::from_chars loop over the same bytes, memory-mapped, into the same records. The
+// ReadModel beside a plain std::from_chars loop over the same bytes, memory-mapped, into the same records. The
 // loop takes one separator at a time, checks nothing and knows neither lines nor errors.
 
 namespace {
@@ -161,10 +161,10 @@ void LoopTable(const Input& input) {
     benchmark::ClobberMemory();
 }
 
-void Read(const Input& input) {
-    orvalo::Model model;
-    orvalo::Reader(input.path.string(), false).Execute(&model, true);
-    benchmark::DoNotOptimize(model);
+void Read(const Input& input, unsigned int threads) {
+    orvalo::ReadOptions options;
+    options.threads = threads;
+    benchmark::DoNotOptimize(orvalo::ReadModel(input.path.string(), options));
 }
 
 void CubeRow(std::string& text, std::size_t i) {
@@ -173,15 +173,24 @@ void CubeRow(std::string& text, std::size_t i) {
 }
 
 template <class Body>
-void Register(const char* name, const Input& input, Body body) {
+void Register(const std::string& name, const Input& input, Body body) {
     benchmark::RegisterBenchmark(
-        name,
+        name.c_str(),
         [input, body](benchmark::State& state) {
             for ([[maybe_unused]] const auto iteration : state) body(input);
             state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(input.end - input.begin));
         })
         ->Unit(benchmark::kMillisecond)
+        ->UseRealTime()
         ->ComputeStatistics("min", Fastest);
+}
+
+/// By one thread, by two and by as many as there are.
+void RegisterReads(const std::string& name, const Input& input) {
+    for (const unsigned int threads : {1U, 2U, 0U}) {
+        const std::string count = threads == 0 ? "all" : std::to_string(threads);
+        Register(name + "/reader/threads:" + count, input, [threads](const Input& file) { Read(file, threads); });
+    }
 }
 
 }  // namespace
@@ -208,11 +217,11 @@ int main(int argc, char** argv) {
             fmt::format_to(std::back_inserter(text), "{:.9e}{}", 1e-3 * (t - 900.5) / (t + 1), i % 8 == 7 ? '\n' : ' ');
         });
 
-    Register("cubes/reader", cubes, Read);
+    RegisterReads("cubes", cubes);
     Register("cubes/from_chars", cubes, [](const Input& input) { LoopCubes(input, false); });
-    Register("temperatures/reader", temperatures, Read);
+    RegisterReads("temperatures", temperatures);
     Register("temperatures/from_chars", temperatures, [](const Input& input) { LoopCubes(input, true); });
-    Register("table/reader", table, Read);
+    RegisterReads("table", table);
     Register("table/from_chars", table, LoopTable);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

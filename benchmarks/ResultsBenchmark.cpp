@@ -25,7 +25,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <Orvalo3DReader/Reader/ResultsReader.h>
+#include <Orvalo3DReader/Reader/ReadResults.h>
 
 #include "Fastest.h"
 
@@ -113,8 +113,10 @@ void WriteMat() {
     WriteMatrix(file, 'i', 3, 3, indices);
 }
 
-std::unique_ptr<orvalo::Results> Load(const std::string& path) {
-    return std::unique_ptr<orvalo::Results>(orvalo::ResultsReader(path).Execute());
+std::unique_ptr<orvalo::Results> Load(const std::string& path, unsigned int threads = 1) {
+    orvalo::ReadOptions options;
+    options.threads = threads;
+    return orvalo::ReadResults(path, options);
 }
 
 void SetBytes(benchmark::State& state, const std::string& path) {
@@ -122,10 +124,18 @@ void SetBytes(benchmark::State& state, const std::string& path) {
 }
 
 void TextByLibrary(benchmark::State& state) {
-    for (auto _ : state) benchmark::DoNotOptimize(Load(TextPath())->RowCount());
+    const auto threads = static_cast<unsigned int>(state.range(0));
+    for (auto _ : state) benchmark::DoNotOptimize(Load(TextPath(), threads)->RowCount());
     SetBytes(state, TextPath());
 }
-BENCHMARK(TextByLibrary)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", Fastest);
+BENCHMARK(TextByLibrary)
+    ->ArgName("threads")
+    ->Arg(1)
+    ->Arg(2)
+    ->Arg(0)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime()
+    ->ComputeStatistics("min", Fastest);
 
 /// Takes it for granted that the file is in order, knows its size in advance, and builds no lookup.
 void TextByFromChars(benchmark::State& state) {
@@ -159,13 +169,21 @@ void TextByFromChars(benchmark::State& state) {
     }
     SetBytes(state, TextPath());
 }
-BENCHMARK(TextByFromChars)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", Fastest);
+BENCHMARK(TextByFromChars)->Unit(benchmark::kMillisecond)->UseRealTime()->ComputeStatistics("min", Fastest);
 
 void MatByLibrary(benchmark::State& state) {
-    for (auto _ : state) benchmark::DoNotOptimize(Load(MatPath())->RowCount());
+    const auto threads = static_cast<unsigned int>(state.range(0));
+    for (auto _ : state) benchmark::DoNotOptimize(Load(MatPath(), threads)->RowCount());
     SetBytes(state, MatPath());
 }
-BENCHMARK(MatByLibrary)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", Fastest);
+BENCHMARK(MatByLibrary)
+    ->ArgName("threads")
+    ->Arg(1)
+    ->Arg(2)
+    ->Arg(0)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime()
+    ->ComputeStatistics("min", Fastest);
 
 void MatByFread(benchmark::State& state) {
     const std::size_t size = std::filesystem::file_size(MatPath());
@@ -177,7 +195,7 @@ void MatByFread(benchmark::State& state) {
     }
     SetBytes(state, MatPath());
 }
-BENCHMARK(MatByFread)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", Fastest);
+BENCHMARK(MatByFread)->Unit(benchmark::kMillisecond)->UseRealTime()->ComputeStatistics("min", Fastest);
 
 /// All cells, in the order of the file as a program goes through that draws them, or in no order at all.
 std::vector<Cell> Cells(bool shuffled) {
