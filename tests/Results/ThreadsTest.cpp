@@ -94,7 +94,8 @@ TEST(ThreadsOfResults, ReadTextAsOneDoes) {
         const std::string path = support::WriteFile("text", text);
         const std::string expected = ReadBy(1, 300'000, path, true);
         succeeded += expected.find('x') < 9 ? 1 : 0;
-        EXPECT_EQ(ReadBy(3, i % 8 == 0 ? 7 : 600, path, true), expected) << testing::PrintToString(text);
+        // Blocks that are smaller than a row are for short texts: each is a wait for another thread's turn.
+        EXPECT_EQ(ReadBy(3, text.size() < 500 ? 7 : 600, path, true), expected) << testing::PrintToString(text);
     }
     EXPECT_GT(succeeded, cases / 4);
     EXPECT_LT(succeeded, cases * 3 / 4);
