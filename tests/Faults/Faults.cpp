@@ -5,6 +5,8 @@
 #include <cerrno>
 #include <cstdarg>
 #include <random>
+#include <string>
+#include <string_view>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -76,6 +78,10 @@ int __wrap_rename(const char* from, const char* to);
 
 int __wrap_open(const char* path, int flags, ...) {
     if (Fails(opening, EACCES)) return -1;
+    std::string elsewhere;
+    if (const std::string_view asked(path); asked.starts_with("/proc/") || asked.starts_with("/sys/")) {
+        if (systemRoot != nullptr) path = elsewhere.append(systemRoot).append(asked).c_str();
+    }
     std::va_list arguments;
     va_start(arguments, flags);
     const int descriptor = __real_open(path, flags, (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0);

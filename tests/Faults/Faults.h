@@ -30,6 +30,8 @@ inline Series* unmapping = nullptr;
 inline bool largePages = false;
 /// pthread_create, as where a process has as many threads as it may have.
 inline Series* starting = nullptr;
+/// Before the paths in /proc and /sys, as if the system were another one; null for none.
+inline const char* systemRoot = nullptr;
 /// open, read or pread, and fstat or stat.
 inline Series* opening = nullptr;
 inline Series* reading = nullptr;
