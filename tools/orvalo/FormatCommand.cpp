@@ -111,7 +111,8 @@ ExitStatus Compare(const FormatOptions& options, const ScratchDirectory& written
 }
 
 ExitStatus Format(const FormatOptions& options) {
-    const InputFile file = ReadOrReport(options.path, {std::nullopt, false, false, options.threads}, ColourMode::automatic);
+    const InputFile file =
+        ReadOrReport(options.path, {std::nullopt, false, false, options.threads}, ColourMode::automatic);
     if (!file.model) {
         return file.Good() ? Refuse(options.path, "These are results, and no model.", ExitStatus::badFile)
                            : file.Status();
