@@ -35,10 +35,11 @@ struct CubePlace {
 };
 
 /// Stores rows of the common kind for as long as they follow one another, up to row `limit`, and calls `told(row)`
-/// after each. Returns whether the last one was complete: false when its temperature is still to be read.
+/// after each. Returns whether the last one was complete: false when its temperature is still to be read. Inlined by
+/// force, for what PlainRows says of its members.
 template <bool withTemperatures, class Told>
-bool StorePlainRows(PlainRows<4>& rows, const BulkMaterials& materials, std::uint64_t limit, CubePlace& place,
-                    const Told& told) {
+[[gnu::always_inline]] inline bool StorePlainRows(PlainRows<4>& rows, const BulkMaterials& materials,
+                                                  std::uint64_t limit, CubePlace& place, const Told& told) {
     // What changes with each row is kept out of memory that the records might overlap.
     CubePlace own = place;
     bool complete = true;

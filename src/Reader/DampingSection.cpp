@@ -37,9 +37,10 @@ struct DampingPlace {
 };
 
 /// Stores rows of the common kind for as long as they follow one another, up to row `limit`. Returns the position of
-/// a last one whose coefficient is still to be read.
-std::optional<std::uint64_t> StorePlainRows(PlainRows<4>& rows, const BulkMaterials& materials, std::uint64_t limit,
-                                            DampingPlace& place) {
+/// a last one whose coefficient is still to be read. Inlined by force, for what PlainRows says of its members.
+[[gnu::always_inline]] inline std::optional<std::uint64_t> StorePlainRows(PlainRows<4>& rows,
+                                                                          const BulkMaterials& materials,
+                                                                          std::uint64_t limit, DampingPlace& place) {
     while (place.row < limit && rows.Look() && materials.Known(rows.Material())) {
         const std::uint64_t packed = WithMaterial(rows.row, materials[rows.Material()]);
         rows.Accept();

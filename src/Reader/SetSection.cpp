@@ -29,8 +29,10 @@ Point ToPoint(std::uint32_t x, std::uint32_t y, std::uint32_t z) {
     return {static_cast<short>(x), static_cast<short>(y), static_cast<short>(z)};
 }
 
-/// Stores plain rows from `row` on in their places, up to `limit`; returns the one after the last of them.
-std::uint64_t StorePlainRows(PlainRows<3>& rows, Point* points, std::uint64_t row, std::uint64_t limit) {
+/// Stores plain rows from `row` on in their places, up to `limit`; returns the one after the last of them. Inlined by
+/// force, for what PlainRows says of its members.
+[[gnu::always_inline]] inline std::uint64_t StorePlainRows(PlainRows<3>& rows, Point* points, std::uint64_t row,
+                                                           std::uint64_t limit) {
     while (row < limit && rows.Look()) {
         points[row++] = ToPoint(rows.Field(0), rows.Field(1), rows.Field(2));
         rows.Accept();
