@@ -103,6 +103,27 @@ def test_many_threads_read_at_once():
         assert len(set(pool.map(read, range(16)))) == 1
 
 
+def test_any_number_of_threads_reads_the_same(tmp_path):
+    rows = b"".join(b"%d\t%d\t3\t9\n" % (i % 500, i // 500) for i in range(300000))
+    model = MATERIALS.encode() + MODEL_HEAD.replace(b"9000000", b"300000") + rows + b"END END\n"
+    results = b"x\ty\tz\tf\tu\n" + rows.replace(b"9\n", b"9\t0.5\n")
+    shown = {
+        "model": (model, lambda found: found.cubes.tobytes()),
+        "results": (results, lambda found: (found.indices.tobytes(), found.values(0).tobytes())),
+        "check": (model, repr),
+    }
+    for kind, (text, show) in shown.items():
+        for content in (text, text.replace(b"\n300\t400\t", b"\n300\tx\t", 1)):
+            (tmp_path / "shared").write_bytes(content)
+            outcomes = []
+            for threads in (1, 2, 0):
+                try:
+                    outcomes.append(show(SLOW[kind][0](tmp_path / "shared", threads=threads)))
+                except orvalo.ReadError as error:
+                    outcomes.append((str(error), error.offset, error.row))
+            assert outcomes[0] and outcomes[1:] == outcomes[:1] * 2
+
+
 def test_daemons_that_still_read_let_the_process_end(tmp_path):
     program = """if True:
         import sys, threading, time, numpy, orvalo
