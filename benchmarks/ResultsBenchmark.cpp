@@ -123,19 +123,18 @@ void SetBytes(benchmark::State& state, const std::string& path) {
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(std::filesystem::file_size(path)));
 }
 
+/// With one thread, two, and as many as there are processors.
+void ByThreads(benchmark::internal::Benchmark* of) {
+    of->ArgName("threads")->Arg(1)->Arg(2)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
+    of->ComputeStatistics("min", Fastest);
+}
+
 void TextByLibrary(benchmark::State& state) {
     const auto threads = static_cast<unsigned int>(state.range(0));
     for (auto _ : state) benchmark::DoNotOptimize(Load(TextPath(), threads)->RowCount());
     SetBytes(state, TextPath());
 }
-BENCHMARK(TextByLibrary)
-    ->ArgName("threads")
-    ->Arg(1)
-    ->Arg(2)
-    ->Arg(0)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime()
-    ->ComputeStatistics("min", Fastest);
+BENCHMARK(TextByLibrary)->Apply(ByThreads);
 
 /// Takes it for granted that the file is in order, knows its size in advance, and builds no lookup.
 void TextByFromChars(benchmark::State& state) {
@@ -176,14 +175,7 @@ void MatByLibrary(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(Load(MatPath(), threads)->RowCount());
     SetBytes(state, MatPath());
 }
-BENCHMARK(MatByLibrary)
-    ->ArgName("threads")
-    ->Arg(1)
-    ->Arg(2)
-    ->Arg(0)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime()
-    ->ComputeStatistics("min", Fastest);
+BENCHMARK(MatByLibrary)->Apply(ByThreads);
 
 void MatByFread(benchmark::State& state) {
     const std::size_t size = std::filesystem::file_size(MatPath());

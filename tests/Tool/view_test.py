@@ -67,7 +67,7 @@ def main():
         assert pathlib.Path(directory, 'large.html').stat().st_size <= 12e6
         subprocess.run([TOOL, 'view', PLATE / 'plate.model', PLATE / 'plate-results.txt', '-o', 'plate.html'], cwd=directory, check=True)
         (ROOT / 'build/view').mkdir(parents=True, exist_ok=True)
-        done = subprocess.run(['node', '--test-reporter=spec', pathlib.Path(__file__).with_suffix('.mjs'), directory, HOME, shutil.which('chromium')],
+        done = subprocess.run(['node', pathlib.Path(__file__).with_suffix('.mjs'), directory, HOME, shutil.which('chromium')],
                               check=False)
         if pathlib.Path(directory, 'view.png').exists():
             shutil.copy(pathlib.Path(directory, 'view.png'), ROOT / 'build/view/view.png')
