@@ -156,7 +156,8 @@ void ExplainCharacterInWord(Diagnostic& diagnostic, ErrorCollector& errors) {
                 "A name holds no directory and no drive: files are looked for, and written, in the directory of the "
                 "main file.",
                 oddPlace, 1);
-        const std::string_view name = std::string_view(text).substr(0, diagnostic.length);
+        const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(diagnostic.length, text.size()));
+        const std::string_view name = std::string_view(text).substr(0, length);
         diagnostic.fixes.push_back(
             {diagnostic.place, diagnostic.length, '"' + std::string(name.substr(name.find_last_of("/\\:") + 1))});
     } else {

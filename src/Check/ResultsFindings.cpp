@@ -45,7 +45,7 @@ std::string Shown(std::string_view text) {
     while (size < text.size() && size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80) --size;
     std::string shown(text.substr(0, size));
     std::replace_if(
-        shown.begin(), shown.end(), [](char c) { return (c >= 0 && c < ' ') || c == 127; }, '?');
+        shown.begin(), shown.end(), [](unsigned char c) { return c < ' ' || c == 127; }, '?');
     return '\'' + shown + (size < text.size() ? "...'" : "'");
 }
 

@@ -64,7 +64,8 @@ bool ResultsMatCheck::CheckHead(MatElement& element) {
     const std::uint64_t left = size_ - element.start;
     // Of an element that is cut off its type may still tell what it is.
     const bool whole = left >= sizeof(Head);
-    if (!ReadAt(element.start, &element.head, whole ? sizeof(Head) : std::min<std::uint64_t>(left, 4))) return false;
+    const auto wanted = static_cast<std::size_t>(whole ? sizeof(Head) : std::min<std::uint64_t>(left, 4));
+    if (!ReadAt(element.start, &element.head, wanted)) return false;
     if (!whole && left >= 4 && element.head.type != miMatrix) {
         Diagnostic& error = Add(Unreadable(findings_), element.start, left);
         AddNote(error, Counted(left, "byte") + " follow where a matrix may begin, too few for one.");

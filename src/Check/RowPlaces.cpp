@@ -32,7 +32,7 @@ bool RowPlaces::Begin(const SectionRecord& section, std::uint64_t row) {
     constexpr std::uint64_t perMark = SectionRecord::rowsPerMark;
     if (section_ == &section && next_ <= row && row - next_ < perMark) return true;
     if (row / perMark >= section.rowMarks.size()) return false;
-    const ReadPlace& mark = section.rowMarks[row / perMark];
+    const ReadPlace& mark = section.rowMarks[static_cast<std::size_t>(row / perMark)];
     const std::string& path = found_.record.files[static_cast<std::size_t>(mark.file)].path;
     if (!platform::IsRegularFile(path)) return false;
     lexer_.OpenAt(path, mark.place);

@@ -1,9 +1,18 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <memory>
 
 namespace orvalo {
+
+/// A count from a file as one that buffers are asked for by. One that the system's sizes do not hold becomes the
+/// greatest of them, for which there never is memory.
+constexpr std::size_t CountInMemory(std::uint64_t count) {
+    constexpr std::size_t greatest = std::numeric_limits<std::size_t>::max();
+    return count < greatest ? static_cast<std::size_t>(count) : greatest;
+}
 
 /// A zeroed buffer of `count` elements, or null when the product overflows or memory does not suffice. From about a
 /// page on, memory is committed only as it is written, so a count that a file merely claims costs address space.

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <bit>
+#include <cfloat>
 #include <cstddef>
 #include <cstdint>
 
@@ -10,6 +11,9 @@
 /// Decimal digits eight at a time. Every function may read up to eight bytes from the place it is given, so buffers
 /// that are scanned carry at least that many readable bytes after their end.
 namespace orvalo {
+
+// Else products would be rounded twice, to the width of a register and to that of a double.
+static_assert(FLT_EVAL_METHOD == 0, "arithmetic is to be rounded to its type: on 32-bit x86, -msse2 -mfpmath=sse");
 
 /// The number that the first `count` (0 to 8) digits of `word` spell.
 inline std::uint32_t DigitsValue(std::uint64_t word, unsigned int count) {

@@ -12,6 +12,8 @@
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
+#elif defined(__aarch64__)
+#include "Common/SimdNeon.h"
 #endif
 
 /// The few functions that pay for vector instructions, each with a scalar twin that gives the same for every input.
@@ -199,14 +201,16 @@ inline std::uint64_t FourNumbers(const std::array<std::uint32_t, 4>& words,
     const __m128i tens = _mm_mullo_epi16(bytes, _mm_set1_epi16(10));
     const __m128i pairs = _mm_and_si128(_mm_add_epi16(tens, _mm_srli_epi16(bytes, 8)), _mm_set1_epi16(0xFF));
     const __m128i values = _mm_madd_epi16(pairs, _mm_set1_epi32(1 << 16 | 100));
-    return static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_packs_epi32(values, values)));
+    std::uint64_t numbers;
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(&numbers), _mm_packs_epi32(values, values));
+    return numbers;
 }
 
 /// As scalar::Extremes.
 class Extremes {
 public:
     void Add(std::uint64_t packed) {
-        const __m128i numbers = _mm_cvtsi64_si128(static_cast<long long>(packed));
+        const __m128i numbers = _mm_set_epi64x(0, static_cast<long long>(packed));
         least_ = _mm_min_epi16(least_, numbers);
         greatest_ = _mm_max_epi16(greatest_, numbers);
     }
@@ -258,10 +262,21 @@ private:
 
 #endif
 
-#if defined(__SSE2__) && !defined(ORVALO_SCALAR)
-namespace simd = sse2;
+#if defined(__SSE2__)
+namespace vectors = sse2;
+#elif defined(__aarch64__)
+namespace neon {
+using namespace scalar;  // For what has no twin there.
+}
+namespace vectors = neon;
 #else
+namespace vectors = scalar;
+#endif
+
+#if defined(ORVALO_SCALAR)
 namespace simd = scalar;
+#else
+namespace simd = vectors;
 #endif
 
 }  // namespace orvalo

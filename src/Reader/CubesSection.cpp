@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "Common/Buffers.h"
 #include "Common/PageCommitter.h"
 #include "Common/Publish.h"
 #include "Common/Raise.h"
@@ -242,7 +243,7 @@ struct CubesReading {
 
 void ReadRows(ReaderCore& core, CubesReading& reading) {
     Cubes& cubes = reading.model.model.cubes;
-    core.Attempt([&] { ModelAccess::AllocCubes(cubes, reading.count, reading.withTemperatures); });
+    core.Attempt([&] { ModelAccess::AllocCubes(cubes, CountInMemory(reading.count), reading.withTemperatures); });
     // Without a count, or memory for it, which are errors that reading may go on after, rows are passed over.
     if (reading.count == 0 || cubes.CubesPtr() == nullptr) return core.SkipBlock();
     if (reading.withTemperatures && cubes.TemperaturesPtr() == nullptr) return core.SkipBlock();

@@ -3,6 +3,7 @@
 #include <limits>
 #include <optional>
 
+#include "Common/Buffers.h"
 #include "Common/PageCommitter.h"
 #include "Common/Raise.h"
 #include "Model/CubeRecords.h"
@@ -157,7 +158,7 @@ struct DampingReading {
 
 void ReadRows(ReaderCore& core, DampingReading& reading) {
     Cubes& cubes = reading.model.model.cubes;
-    core.Attempt([&] { ModelAccess::AllocDampingCubes(cubes, reading.count); });
+    core.Attempt([&] { ModelAccess::AllocDampingCubes(cubes, CountInMemory(reading.count)); });
     // Without a count, or memory for it, which are errors that reading may go on after, rows are passed over.
     if (reading.count == 0 || cubes.DampingCubesPtr() == nullptr) return core.SkipBlock();
     DampingRows rows(core, reading.model);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 #include "Common/OrderedBlocks.h"
@@ -19,7 +20,7 @@ namespace {
 constexpr std::size_t piece = 4096;
 
 /// One sample after the other of a waveform. The formulas are evaluated in this very order: samples are compared bit
-/// for bit between runs and machines.
+/// for bit between runs, and to a few units in the last place between machines, whose mathematics libraries differ.
 class WaveformSampler {
 public:
     explicit WaveformSampler(const Actuator::Definition& definition)
@@ -138,7 +139,7 @@ void FillTable(const Actuator::Definition& definition, Table& table, double time
 
 std::size_t SampleCount(const Actuator::Definition& definition, double timeStep) {
     const double count = std::ceil(definition.duration / (timeStep * 1e6));
-    constexpr double limit = 18446744073709551616.0;  // 2^64
+    const double limit = std::ldexp(1.0, std::numeric_limits<std::size_t>::digits);
     // A table that long fits no memory, so it fails as its allocation would; so does the one that a time step of -0.0
     // asks for.
     if (!(count >= 0.0 && count < limit)) Raise(module::Table, knownLine::TableSamples, ReaderMessages::OutOfMemory);

@@ -1,6 +1,7 @@
 #include <limits>
 #include <memory>
 
+#include "Common/Buffers.h"
 #include "Common/Raise.h"
 #include "Model/CodeWords.h"
 #include "Reader/ModelAccess.h"
@@ -44,7 +45,7 @@ std::size_t ReadCount(const ReaderCore& core) {
         core.range = {1.0, static_cast<double>(std::numeric_limits<std::int64_t>::max()), true};
         ORVALO_RAISE(SectionReader, ReaderMessages::InvalidCountValue);
     }
-    return static_cast<std::size_t>(*count);
+    return CountInMemory(static_cast<std::uint64_t>(*count));
 }
 
 short ReadPointCoordinate(const ReaderCore& core, const ExceptionMessage& message) {

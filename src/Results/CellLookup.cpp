@@ -210,7 +210,7 @@ bool CellLookup::Build(std::span<const CoordinateRun> runs, StopFlag stop, unsig
     const unsigned int team = rows < leastRows ? 1 : threads;
     if (!Measure(parts, stop, team)) return false;
     const std::uint64_t entries = (volume_ + leafCells - 1) / leafCells;
-    directoryBuffer_ = AllocateZeroed(entries, sizeof(std::uint32_t));
+    directoryBuffer_ = AllocateZeroed(CountInMemory(entries), sizeof(std::uint32_t));
     if (!directoryBuffer_) return false;
     directory_ = reinterpret_cast<std::uint32_t*>(directoryBuffer_.get());
     // In a box that is half full it does not pay to find out which leaves are empty.

@@ -13,11 +13,7 @@
 namespace orvalo {
 namespace {
 
-#if defined(__SSE2__)
-namespace fast = sse2;
-#else
-namespace fast = scalar;
-#endif
+namespace fast = vectors;
 
 /// Both twins give what asking byte by byte gives.
 void ExpectMasks(const std::string& bytes) {
