@@ -4,18 +4,19 @@
 #include <array>
 #include <bit>
 #include <charconv>
-#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <limits>
 #include <system_error>
 
 #include "Common/Bytes.h"
+#include "Common/ExactDecimal.h"
 #include "Common/FastDecimal.h"
 
 // The C library's strtod follows the locale of the process, and std::from_chars knows neither a sign "+", nor a prefix
 // "0x", nor what to give beyond the range of a double. So the extent of a number is found here, and from_chars is left
-// the one thing that is hard: rounding a decimal number correctly.
+// the one thing that is hard: rounding a decimal number correctly. Not all standard libraries have it for numbers
+// that are no integers.
 
 namespace orvalo {
 
@@ -63,6 +64,8 @@ const char* ReadExponent(const char* p, const char* end, char mark, std::int64_t
     return q;
 }
 
+#if defined(__cpp_lib_to_chars)
+
 /// What a decimal number (no sign, not zero) is that from_chars finds out of range: the side of its leading digit on
 /// which one lies tells.
 double BeyondRange(std::string_view text) {
@@ -90,6 +93,18 @@ double Rounded(std::string_view text) {
     return error == std::errc::result_out_of_range ? BeyondRange(text) : value;
 }
 
+#else
+
+/// The value of a decimal number without a sign.
+double Rounded(std::string_view text) {
+    const std::size_t mantissa = std::min(text.find_first_of("eE"), text.size());
+    std::int64_t exponent;
+    ReadExponent(text.data() + mantissa, text.data() + text.size(), 'e', exponent);
+    return ExactDecimal(text.substr(0, mantissa), exponent);
+}
+
+#endif
+
 /// Every reader below takes the text without a sign and returns the place after the number, or null without one.
 const char* ReadDecimal(const char* p, const char* end, double& value) {
     const char* q = SkipDigits(p, end);
@@ -104,26 +119,6 @@ const char* ReadDecimal(const char* p, const char* end, double& value) {
     q = ReadExponent(q, end, 'e', exponent);
     value = Rounded({p, static_cast<std::size_t>(q - p)});
     return q;
-}
-
-/// The double nearest to `mantissa` * 2^`exponent`, plus a little where `sticky`; of two the even one.
-double RoundBinary(std::uint64_t mantissa, std::int64_t exponent, bool sticky) {
-    constexpr std::int64_t smallestNormal = -1022;
-    constexpr std::int64_t precision = 53;
-    if (mantissa == 0) return 0;
-    const int shift = std::countl_zero(mantissa);
-    mantissa <<= static_cast<unsigned int>(shift);
-    exponent -= shift;
-    const std::int64_t leading = exponent + 63;
-    if (leading > 1023) return std::numeric_limits<double>::infinity();
-    const std::int64_t kept = leading >= smallestNormal ? precision : precision - (smallestNormal - leading);
-    if (kept < 0) return 0;
-    const auto cut = static_cast<unsigned int>(64 - kept);
-    std::uint64_t result = cut == 64 ? 0 : mantissa >> cut;
-    const std::uint64_t half = std::uint64_t{1} << (cut - 1U);
-    const std::uint64_t rest = mantissa & (half - 1U);
-    if ((mantissa & half) != 0 && (rest != 0 || sticky || (result & 1U) != 0)) ++result;
-    return std::ldexp(static_cast<double>(result), static_cast<int>(exponent) + static_cast<int>(cut));
 }
 
 const char* ReadHexadecimal(const char* p, const char* end, double& value) {

@@ -10,7 +10,24 @@ namespace orvalo {
 /// end, but nothing else that the reading thread wrote comes with them.
 template <class T>
 void Publish(T* watched, std::type_identity_t<T> value) {
-    if (watched != nullptr) std::atomic_ref(*watched).store(value, std::memory_order_relaxed);
+    if (watched == nullptr) return;
+#if defined(__cpp_lib_atomic_ref)
+    std::atomic_ref(*watched).store(value, std::memory_order_relaxed);
+#else
+    __atomic_store(watched, &value, __ATOMIC_RELAXED);
+#endif
+}
+
+/// What was published last, for whoever watches.
+template <class T>
+T Published(T& watched) {
+#if defined(__cpp_lib_atomic_ref)
+    return std::atomic_ref(watched).load(std::memory_order_relaxed);
+#else
+    T value;
+    __atomic_load(&watched, &value, __ATOMIC_RELAXED);
+    return value;
+#endif
 }
 
 }  // namespace orvalo

@@ -8,6 +8,7 @@
 #include <Orvalo3DReader/Model/Model.h>
 #include <Orvalo3DReader/Reader/Reader.h>
 
+#include "Common/Publish.h"
 #include "Results/ResultsFiles.h"
 
 namespace orvalo {
@@ -20,7 +21,7 @@ T Watched(const Read& read) {
     std::atomic<bool> done = false;
     std::thread watcher([&] {
         for (T before = 0; !done;) {
-            const T now = std::atomic_ref(progress).load(std::memory_order_relaxed);
+            const T now = Published(progress);
             EXPECT_LE(before, now);
             before = now;
         }

@@ -5,13 +5,16 @@
 #include <string>
 #include <thread>
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
+#if !defined(_WIN32)
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#endif
 
 #include <Orvalo3DReader/Orvalo3DReader.h>
 
+#include "Common/Publish.h"
 #include "Results/CellLookup.h"
 #include "Support/ModelFiles.h"
 
@@ -20,6 +23,21 @@ namespace {
 
 using namespace support;
 using namespace std::chrono_literals;
+
+/// Whether `read` ends with Stopped, and nothing else.
+bool IsStopped(const std::function<void()>& read) {
+    try {
+        read();
+    } catch (const Stopped& stopped) {
+        EXPECT_EQ(stopped.what(), "Reading was stopped.");
+        return stopped.code() == 0;
+    } catch (const Exception& failure) {
+        ADD_FAILURE() << failure.what();
+    }
+    return false;
+}
+
+#if !defined(_WIN32)
 
 /// A pipe under a name, open for writing.
 class Pipe {
@@ -51,19 +69,6 @@ private:
     int descriptor_ = -1;
 };
 
-/// Whether `read` ends with Stopped, and nothing else.
-bool IsStopped(const std::function<void()>& read) {
-    try {
-        read();
-    } catch (const Stopped& stopped) {
-        EXPECT_EQ(stopped.what(), "Reading was stopped.");
-        return stopped.code() == 0;
-    } catch (const Exception& failure) {
-        ADD_FAILURE() << failure.what();
-    }
-    return false;
-}
-
 // Whoever watches the progress raises the flag while the reader waits for more: what follows is not read to its end.
 TEST(StoppingFromAThread, EndsModelsAndResultsWhereTheyAreReadOn) {
     constexpr std::size_t enough = std::size_t{1} << 20U;  // For some buffers.
@@ -76,8 +81,7 @@ TEST(StoppingFromAThread, EndsModelsAndResultsWhereTheyAreReadOn) {
             pipe.WriteRows(isModel ? "CUBES count 9e7 format 0 data\n" : "x\ty\tz\tf\tu\n", 1);
             const std::string row = isModel ? "1 2 3 4\n" : "1\t2\t3\t0\t0.5\n";
             pipe.WriteRows(row, enough);
-            while (isModel && std::atomic_ref(cubes).load(std::memory_order_relaxed) < 10'000)
-                std::this_thread::yield();
+            while (isModel && Published(cubes) < 10'000) std::this_thread::yield();
             stop = true;
             for (int i = 0; i < 100 && pipe.WriteRows(row, enough); ++i) {
             }
@@ -94,6 +98,8 @@ TEST(StoppingFromAThread, EndsModelsAndResultsWhereTheyAreReadOn) {
         EXPECT_LT(cubes, 90 * enough / 8);
     }
 }
+
+#endif
 
 /// How long `read` goes on after the flag is raised while it works.
 std::chrono::duration<double> Delay(const std::function<void(const std::atomic<bool>*)>& read) {

@@ -31,6 +31,18 @@ std::string ShownState(const ProgressBar::State& state) {
     return fmt::format("[{}{}] {:3.0f}%", std::string(filled, '#'), std::string(barWidth - filled, '.'), part * 100);
 }
 
+/// What the reading thread stored last.
+template <class T>
+T Published(T& progress) {
+#if defined(__cpp_lib_atomic_ref)
+    return std::atomic_ref(progress).load(std::memory_order_relaxed);
+#else
+    T value;
+    __atomic_load(&progress, &value, __ATOMIC_RELAXED);
+    return value;
+#endif
+}
+
 }  // namespace
 
 ProgressBar::ProgressBar(const std::string& path, std::function<State()> state)
@@ -67,9 +79,9 @@ void ProgressBar::Draw() const {
 }
 
 ProgressBar::State CubesState(unsigned long long& cubesRead, std::uint64_t declared) {
-    return {std::atomic_ref(cubesRead).load(std::memory_order_relaxed), declared};
+    return {Published(cubesRead), declared};
 }
 
 ProgressBar::State PercentState(float& percent) {
-    return {static_cast<std::uint64_t>(std::atomic_ref(percent).load(std::memory_order_relaxed)), 100};
+    return {static_cast<std::uint64_t>(Published(percent)), 100};
 }
