@@ -44,7 +44,11 @@ void free(void* taken) {
 
 void* mmap(void* address, size_t size, int protection, int flags, int descriptor, off_t offset) {
     if (Fails(memory, ENOMEM)) return reinterpret_cast<void*>(-1);
+#if defined(SYS_mmap2)
+    const long mapped = ::syscall(SYS_mmap2, address, size, protection, flags, descriptor, offset / 4096);
+#else
     const long mapped = ::syscall(SYS_mmap, address, size, protection, flags, descriptor, offset);
+#endif
     if (mapped != -1) ++std::atomic_ref(held.mappings);
     if (mapped != -1 && largePages) ::madvise(reinterpret_cast<void*>(mapped), size, MADV_HUGEPAGE);
     return reinterpret_cast<void*>(mapped);
