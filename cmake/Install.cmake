@@ -19,9 +19,24 @@ file(RELATIVE_PATH prefix_from_pkgconfig ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig 
 configure_file(cmake/Orvalo3DReader.pc.in ${PROJECT_BINARY_DIR}/Orvalo3DReader.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/Orvalo3DReader.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
+if(WIN32)
+  install(FILES ${PROJECT_BINARY_DIR}/Orvalo3DReader.lib ${PROJECT_BINARY_DIR}/Orvalo3DReader.def
+    DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(FILES README.md CHANGELOG.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs FILES_MATCHING PATTERN *.md PATTERN *.json)
+endif()
+
 if(TARGET orvalo)
   # The tool finds the library from where it lies itself.
   file(RELATIVE_PATH libraries_from_programs ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
   set_target_properties(orvalo PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
   install(TARGETS orvalo)
+endif()
+
+# One archive with all of it.
+if(WIN32 AND PROJECT_IS_TOP_LEVEL)
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_PACKAGE_FILE_NAME ${PROJECT_NAME}-${PROJECT_VERSION}-windows-x64)
+  set(CPACK_VERBATIM_VARIABLES ON)
+  include(CPack)
 endif()

@@ -41,8 +41,9 @@ public:
 
     /// The content of the file of that path or name; null for any other.
     const std::string_view* Find(std::string_view pathOrName) const {
+        const std::string sought = support::WithSlashes(std::string(pathOrName));
         for (std::size_t i = 0; i < std::size(names); ++i) {
-            if (exists_[i] && (pathOrName == Path(i) || pathOrName == names[i])) return &contents_[i];
+            if (exists_[i] && (sought == Path(i) || sought == names[i])) return &contents_[i];
         }
         return nullptr;
     }

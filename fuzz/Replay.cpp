@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
     }
     std::sort(paths.begin(), paths.end());
     for (const auto& path : paths) {
-        std::printf("%s\n", path.c_str());
+        std::printf("%s\n", path.string().c_str());
         std::fflush(stdout);
         std::ifstream file(path, std::ios::binary);
         const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};

@@ -8,8 +8,10 @@
 #include <string>
 #include <vector>
 
+#if defined(__linux__)
 #include <sys/mman.h>
 #include <unistd.h>
+#endif
 
 #include <Orvalo3DReader/Check/CheckResults.h>
 #include <Orvalo3DReader/Reader/ResultsReader.h>
@@ -19,11 +21,13 @@
 #include "Catalogue.h"
 #include "Check.h"
 #include "Results/ResultsTxtReader.h"
+#include "Support/ModelFiles.h"
 
 /// What both results fuzzers do with a file.
 namespace orvalo::fuzz {
 
-/// A file in memory.
+/// A file, in memory where the system has such.
+#if defined(__linux__)
 class MemoryFile {
 public:
     MemoryFile(const std::uint8_t* data, std::size_t size) : descriptor_(::memfd_create("input", 0)) {
@@ -39,6 +43,18 @@ public:
 private:
     int descriptor_;
 };
+#else
+class MemoryFile {
+public:
+    MemoryFile(const std::uint8_t* data, std::size_t size)
+        : path_(support::WriteFile("input", {reinterpret_cast<const char*>(data), size})) {}
+
+    const std::string& Path() const { return path_; }
+
+private:
+    std::string path_;
+};
+#endif
 
 inline bool Same(double a, double b) {
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);

@@ -123,7 +123,12 @@ private:
     Region* refused_ = nullptr;
 };
 
+#if defined(__MINGW32__)
+// Constant by the compiler's optimisation: there a mutex is initialised by a cast.
+Regions regions;
+#else
 constinit Regions regions;
+#endif
 
 struct FreeHeap {
     void operator()(unsigned char* buffer) const noexcept { std::free(buffer); }

@@ -17,7 +17,12 @@ using Nanoseconds = PageCosts::Nanoseconds;
 constexpr std::size_t pageSize = 4096;
 constexpr std::size_t unit = PageCosts::unit;
 
+#if defined(__MINGW32__)
+// Constant by the compiler's optimisation, as the regions of buffers are.
+PageCosts costs;
+#else
 constinit PageCosts costs;
+#endif
 
 /// How long it takes to commit [start, start + size).
 Nanoseconds TimeToCommit(unsigned char* start, std::size_t size) noexcept {

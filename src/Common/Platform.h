@@ -25,6 +25,16 @@ bool UnmapPages(void* start, std::size_t size) noexcept;
 /// Gives back what the pages that lie within [start, start + size) hold: they stay mapped and read as zero.
 void DiscardPages(void* start, std::size_t size) noexcept;
 
+/// By what the system knows an open file, and what parts the name of a file from its directory.
+#if defined(_WIN32)
+using Descriptor = std::intptr_t;
+inline constexpr const char* separators = "/\\:";
+#else
+using Descriptor = int;
+inline constexpr const char* separators = "/";
+#endif
+inline constexpr Descriptor noDescriptor = -1;
+
 /// A file open for reading in binary mode.
 class InputFile {
 public:
@@ -54,7 +64,7 @@ public:
     std::optional<std::uint64_t> Size() const noexcept;
 
 private:
-    int descriptor_ = -1;
+    Descriptor descriptor_ = noDescriptor;
 };
 
 /// A file that is being written, under a name that nothing else has.
@@ -75,7 +85,7 @@ public:
     void Close() noexcept;
 
 private:
-    int descriptor_ = -1;
+    Descriptor descriptor_ = noDescriptor;
 };
 
 /// What stands under a path to which something is to be written.

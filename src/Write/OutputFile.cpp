@@ -9,7 +9,7 @@ namespace orvalo {
 namespace {
 
 std::string DirectoryOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
+    const std::size_t slash = path.find_last_of(platform::separators);
     return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
 }
 

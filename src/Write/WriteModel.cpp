@@ -27,7 +27,8 @@ std::string Folded(std::string name) {
 void CheckIncluded(const std::string& path, const std::string& name) {
     CheckName(included, "name", name);
     if (name.size() < 2 || name == "..") Refuse(included, ": no file of the name '", name, "' can be included");
-    if (Folded(path.substr(path.rfind('/') + 1)) == name) Refuse(included, " has the name of the model, '", name, "'");
+    if (Folded(path.substr(path.find_last_of(platform::separators) + 1)) == name)
+        Refuse(included, " has the name of the model, '", name, "'");
 }
 
 void CheckOptions(const std::string& path, const WriteOptions& options) {
@@ -74,7 +75,8 @@ public:
         std::optional<OutputFile> grid;
         OutputFile main(path_, options_.overwrite);
         if (!options_.cubesFile.empty()) {
-            grid.emplace(path_.substr(0, path_.rfind('/') + 1) + options_.cubesFile, options_.overwrite);
+            grid.emplace(path_.substr(0, path_.find_last_of(platform::separators) + 1) + options_.cubesFile,
+                         options_.overwrite);
             TextWriter out(*grid, progress_, stop_);
             SectionText text(out);
             WriteGrid(model_, rows_, text);

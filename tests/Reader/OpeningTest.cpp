@@ -17,6 +17,8 @@ namespace fs = std::filesystem;
 const std::string grid = "CUBES count 1 format 0 data 1 2 3 4 END END\n";
 const ReadSettings cubesOnly = {true, true, Lexer::defaultBufferSize};
 
+#if !defined(_WIN32)
+
 TEST(Opening, FindsTheMainFileOrNamesIt) {
     const fs::path before = fs::current_path();
     const std::string dir = ScratchDirectory();
@@ -73,6 +75,8 @@ TEST(Opening, FindsTheMainFileOrNamesIt) {
     }
     fs::current_path(before);
 }
+
+#endif
 
 TEST(Opening, IncludesAnywhereBetweenTokens) {
     WriteFile("count.inc", "= 1 format");

@@ -7,10 +7,11 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <random>
 #include <regex>
-#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <Orvalo3DReader/Common/Exception.h>
@@ -34,9 +35,12 @@ inline const std::string& ScratchDirectory() {
     static const std::unique_ptr<std::string, decltype(remove)> directory(new std::string, remove);
     if (directory->empty()) {
         const bool inMemory = std::getenv("TMPDIR") == nullptr && std::filesystem::is_directory("/dev/shm");
-        std::string path = (inMemory ? "/dev/shm" : std::filesystem::temp_directory_path().string()) + "/orvalo-XXXXXX";
-        if (::mkdtemp(path.data()) == nullptr) throw std::runtime_error("no temporary directory");
-        *directory = std::filesystem::canonical(path).string();
+        const std::filesystem::path parent = inMemory ? "/dev/shm" : std::filesystem::temp_directory_path();
+        std::filesystem::path path;
+        for (std::random_device random; path.empty() || !std::filesystem::create_directory(path);) {
+            path = parent / ("orvalo-" + std::to_string(random()));
+        }
+        *directory = std::filesystem::canonical(path).generic_string();
     }
     return *directory;
 }
@@ -44,7 +48,8 @@ inline const std::string& ScratchDirectory() {
 /// Writes a file into the scratch directory and returns its path.
 inline std::string WriteFile(const std::string& name, std::string_view bytes) {
     const std::string path = ScratchDirectory() + '/' + name;
-    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    const std::filesystem::path inUtf8(std::u8string(path.begin(), path.end()));
+    std::ofstream(inUtf8, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return path;
 }
 
@@ -52,6 +57,14 @@ inline std::string Replaced(std::string text, std::string_view what, std::string
     for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += with.size()) {
         text.replace(at, what.size(), with);
     }
+    return text;
+}
+
+/// A text that may name paths, with the separator of directories that all systems know.
+inline std::string WithSlashes(std::string text) {
+#if defined(_WIN32)
+    text = Replaced(std::move(text), "\\", "/");
+#endif
     return text;
 }
 
@@ -112,10 +125,11 @@ inline Outcome ReadPath(const std::string& path, const ReadSettings& options = {
         reader.Execute(*outcome.model, options.doublePrecision);
     } catch (const ReadError& failure) {
         outcome.code = failure.code();
-        outcome.what = failure.what();
+        outcome.what = WithSlashes(failure.what());
         outcome.file = failure.file();
         outcome.line = failure.line();
         outcome.place = failure.Place();
+        outcome.place.path = WithSlashes(outcome.place.path);
         outcome.row = failure.Row();
     }
     const bool whole = outcome.code == 0 && !options.cubesOnly;

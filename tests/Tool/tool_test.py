@@ -18,6 +18,9 @@ import unittest
 import jsonschema
 
 TOOL = os.environ["ORVALO"]
+# Under Wine there are no terminals and no pipes with a name, and names of files are text.
+WINDOWS = os.environ.get("ORVALO_SYSTEM") == "Windows"
+ODD_NAME = 'ä.txt' if WINDOWS else '\udcff.txt'
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 
 HEAD = 'ANALYSIS cellsize 1 timestep 0.1 END\nMATERIALS 1 0 "a" 1 2 1 END\n'
@@ -232,8 +235,11 @@ class ToolTest(unittest.TestCase):
             path.write_bytes(content if isinstance(content, bytes) else content.encode())
 
     def run_tool(self, arguments, given=b''):
-        return subprocess.run([TOOL] + arguments.split(), cwd=self.directory, capture_output=True, timeout=60, check=False,
+        done = subprocess.run([TOOL] + arguments.split(), cwd=self.directory, capture_output=True, timeout=60, check=False,
                               input=given)
+        if WINDOWS:
+            done.stderr = done.stderr.replace(b'\\', b'/')
+        return done
 
     def run_json(self, arguments, status):
         done = self.run_tool(arguments + ' --format=json')
@@ -286,8 +292,8 @@ class ToolTest(unittest.TestCase):
     def test_check_as_json(self):
         self.write({'bad.model': HEAD + 'CUBES count 2 format 0 data\n1 1 1 1\n1 1 70000 1 END END\n' + TAIL,
                     'w.model': HEAD + 'include "W.cubes"\n' + TAIL.replace('force', 'forc').replace('output', 'outptu'),
-                    'w.cubes': CUBES.replace('data', 'dta'), b'\xff.txt'.decode(errors='surrogateescape'): RESULTS})
-        document = self.run_json('check bad.model w.model \udcff.txt no.model', 3)
+                    'w.cubes': CUBES.replace('data', 'dta'), ODD_NAME: RESULTS})
+        document = self.run_json(f'check bad.model w.model {ODD_NAME} no.model', 3)
         jsonschema.validate(document, json.loads((ROOT / 'docs' / 'check.schema.json').read_text()))
         bad, misspelt, results, missing = document
         offset = len(HEAD) + len('CUBES count 2 format 0 data\n1 1 1 1\n1 1 ')
@@ -366,6 +372,7 @@ class ToolTest(unittest.TestCase):
         for in_text, in_mat in zip(text['columns'], mat['columns'], strict=True):
             self.assertEqual({**in_text, 'name': None}, in_mat)
 
+    @unittest.skipIf(WINDOWS, 'no terminal')
     def test_terminals(self):
         self.write({'bad.model': BAD, 'long.model': HEAD + 'CUBES ' + 'count 1 ' * 50 + 'bogus ' + 'count 1 ' * 50})
         self.assertIn('\033[', self.run_on_terminal('check bad.model'))
@@ -392,6 +399,8 @@ class ToolTest(unittest.TestCase):
                 ('check d/pipe', BAD, 1, BAD_TEXT.replace('bad.model', 'd/pipe')),
                 ('check d/pipe', text, 1, 'd/part:1:33: error: Inv'), ('info -', RESULTS, 0, ''), ('-', GOOD, 0, ''),
                 ('value d/pipe --column 0 --row 0', 'u', 1, 'd/pipe')):
+            if WINDOWS and 'pipe' in arguments:
+                continue
             with self.subTest(arguments=arguments, content=content):
                 if 'pipe' in arguments:
                     os.mkfifo(self.directory / 'd/pipe')
@@ -431,6 +440,7 @@ class ToolTest(unittest.TestCase):
             while 'error: ' in expected and tool.stderr.readline() != ONE:
                 pass
 
+    @unittest.skipIf(WINDOWS, 'no terminal')
     def test_progress_bar_comes_and_goes(self):
         """The grid is half read while a slow include keeps the tool waiting."""
         self.write({'slow.model': HEAD + CUBES.replace('count 2', 'count 0.4e1') + 'include "rest"\n'})
@@ -448,6 +458,7 @@ class ToolTest(unittest.TestCase):
         self.assertRegex(received, r'\r\033\[K\[#+\.+\]  50%  slow\.model')
         self.assertTrue(received.endswith('slow.model\r\033[K'), received)
 
+    @unittest.skipIf(WINDOWS, 'no terminal')
     def test_short_reads_draw_nothing(self):
         self.write({'good.model': GOOD})
         self.assertEqual(self.run_on_terminal('check good.model'), '')

@@ -37,7 +37,7 @@ std::string WithoutPlace(const std::string& what) {
 }
 
 bool CanBeRead(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
     file.peek();
     return file.is_open() && !file.bad();
 }

@@ -35,7 +35,7 @@ std::string FileNamed(std::string_view quoted) {
 std::vector<std::string> IncludedNames(const std::string& path) {
     std::vector<std::string> names;
     if (!MayBeReread(path)) return names;
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
     std::string before;
     for (std::string line; std::getline(file, line);) {
         std::size_t end = 0;

@@ -55,6 +55,6 @@ std::string Input::ShownMessage(const std::string& message) const {
     const std::string directory = fs::path(path_).parent_path().string();
     const fs::path from = spool_->IncludedFrom().empty() ? "." : spool_->IncludedFrom();
     const std::string folder = (fs::absolute(from) / "").lexically_normal().string();
-    const std::string files = Replaced(Replaced(message, path_, name_), directory + "/", folder);
+    const std::string files = Replaced(Replaced(message, path_, name_), (fs::path(directory) / "").string(), folder);
     return Replaced(files, directory, folder.size() > 1 ? folder.substr(0, folder.size() - 1) : folder);
 }

@@ -57,7 +57,7 @@ bool MayBeReread(const std::string& path) {
 
 std::string ReadHead(const std::string& path, std::size_t limit) {
     if (!MayBeReread(path)) return {};
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
     std::string head(limit, '\0');
     file.read(head.data(), static_cast<std::streamsize>(limit));
     head.resize(static_cast<std::size_t>(file.gcount()));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -23,8 +24,11 @@ const char* LevelOf(orvalo::Severity severity) {
 }
 
 std::string UriOf(const std::string& path) {
-    std::string uri = path.starts_with('/') ? "file://" : "";
-    for (const char c : path) {
+    const std::filesystem::path file(path);
+    const std::string name = file.generic_string();
+    std::string uri;
+    if (file.is_absolute()) uri = name.starts_with('/') ? "file://" : "file:///";
+    for (const char c : name) {
         const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
                            std::string_view("-._~/").find(c) != std::string_view::npos;
         uri += plain ? std::string(1, c) : fmt::format("%{:02X}", static_cast<unsigned char>(c));

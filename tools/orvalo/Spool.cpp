@@ -25,6 +25,15 @@ struct CloseFile {
 };
 using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
+/// On Windows only wide names can hold every letter.
+std::FILE* OpenNew(const fs::path& path) {
+#if defined(_WIN32)
+    return _wfopen(path.c_str(), L"wb");
+#else
+    return std::fopen(path.c_str(), "wb");
+#endif
+}
+
 /// A directory that nobody else may look into.
 fs::path MakeDirectory() {
     std::random_device random;
@@ -56,13 +65,16 @@ Spool::Spool(const std::string& pipe, const std::string& includedFrom)
     path_ = (fs::path(directory_) / "standard input").string();
     try {
         const OpenFile source(pipe.empty() ? stdin : std::fopen(pipe.c_str(), "rb"));
-        const OpenFile copy(std::fopen(path_.c_str(), "wb"));
+        const OpenFile copy(OpenNew(path_));
         if (!source || !copy) throw std::runtime_error("the input cannot be opened: " + pipe);
         Copy(*source, *copy);
         for (const std::string& included : WithIncludedFiles(path_, includedFrom_)) {
             std::error_code ignored;
             const fs::path link = fs::path(directory_) / fs::path(included).filename();
-            if (included != path_) fs::create_symlink(fs::absolute(included), link, ignored);
+            if (included == path_) continue;
+            fs::create_symlink(fs::absolute(included), link, ignored);
+            // Not everybody may make links on every system.
+            if (ignored) fs::copy_file(included, link, ignored);
         }
     } catch (...) {
         std::error_code ignored;

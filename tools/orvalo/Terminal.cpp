@@ -7,13 +7,33 @@
 
 #if defined(_WIN32)
 #include <io.h>
+#include <windows.h>
 
-bool IsTerminal(std::FILE* stream) {
-    return _isatty(_fileno(stream)) != 0;
+namespace {
+
+HANDLE HandleOf(std::FILE* stream) {
+    return reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(stream)));
 }
 
-std::size_t TerminalWidth(std::FILE*) {
-    return 80;
+/// Old consoles show control sequences as they are.
+bool KnowsControlSequences(std::FILE* stream) {
+    DWORD mode = 0;
+    if (::GetConsoleMode(HandleOf(stream), &mode) == 0) return false;
+    return ::SetConsoleMode(HandleOf(stream), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
+}  // namespace
+
+bool IsTerminal(std::FILE* stream) {
+    static const bool error = KnowsControlSequences(stderr);
+    static const bool output = KnowsControlSequences(stdout);
+    return stream == stderr ? error : output;
+}
+
+std::size_t TerminalWidth(std::FILE* stream) {
+    CONSOLE_SCREEN_BUFFER_INFO screen;
+    if (::GetConsoleScreenBufferInfo(HandleOf(stream), &screen) == 0) return 80;
+    return static_cast<std::size_t>(screen.srWindow.Right - screen.srWindow.Left + 1);
 }
 #else
 #include <sys/ioctl.h>

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdio>
 
-/// Whether a stream goes to a terminal.
+/// Whether standard output or standard error goes to a terminal that knows control sequences.
 bool IsTerminal(std::FILE* stream);
 
 /// Whether colour is welcome there: on a terminal, unless the user has set NO_COLOR to anything.

@@ -14,6 +14,7 @@
 #include <fmt/format.h>
 
 #include "CheckCommand.h"
+#include "Console.h"
 #include "DiffCommand.h"
 #include "ExitStatus.h"
 #include "ExportCommand.h"
@@ -62,6 +63,8 @@ ExitStatus Run(std::vector<std::string> arguments) {
     CLI::App app("Checks and summarises elastic wave models and simulation results.", "orvalo");
     app.set_version_flag("--version", "orvalo " ORVALO_VERSION);
     app.require_subcommand(1);
+    // What begins with a slash is a path.
+    app.allow_windows_style_options(false);
     AddCheckCommand(app, status);
     AddInfoCommand(app, status);
     AddValueCommand(app, status);
@@ -95,7 +98,8 @@ ExitStatus Run(std::vector<std::string> arguments) {
 
 int main(int argc, char** argv) {
     try {
-        const ExitStatus status = Run(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
+        const Console console;
+        const ExitStatus status = Run(Console::Arguments(argc, argv));
         if (std::fflush(stdout) == 0) return static_cast<int>(status);
         std::perror("orvalo: standard output");
     } catch (const Interrupted&) {

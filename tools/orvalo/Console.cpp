@@ -1,0 +1,69 @@
+#include "Console.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#if defined(_WIN32)
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+
+#include <fcntl.h>
+#include <io.h>
+#include <shellapi.h>
+#include <windows.h>
+
+namespace {
+
+// 0 where there is no console.
+UINT codePageBefore = 0;
+
+void RestoreCodePage() {
+    if (codePageBefore != 0) ::SetConsoleOutputCP(codePageBefore);
+}
+
+/// Ctrl-C ends the program, but the console goes on.
+BOOL WINAPI RestoreAtEnd(DWORD) {
+    RestoreCodePage();
+    return FALSE;
+}
+
+std::string InUtf8(const wchar_t* text) {
+    const int size = ::WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    std::string utf8(static_cast<std::size_t>(std::max(size, 1)), '\0');
+    ::WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
+    utf8.pop_back();
+    return utf8;
+}
+
+}  // namespace
+
+Console::Console() {
+    for (std::FILE* stream : {stdin, stdout, stderr}) ::_setmode(::_fileno(stream), _O_BINARY);
+    codePageBefore = ::GetConsoleOutputCP();
+    if (codePageBefore == 0) return;
+    ::SetConsoleOutputCP(CP_UTF8);
+    ::SetConsoleCtrlHandler(RestoreAtEnd, TRUE);
+}
+
+Console::~Console() {
+    RestoreCodePage();
+}
+
+std::vector<std::string> Console::Arguments(int, char**) {
+    int count = 0;
+    const std::unique_ptr<LPWSTR, decltype(&::LocalFree)> words(::CommandLineToArgvW(::GetCommandLineW(), &count),
+                                                                &::LocalFree);
+    std::vector<std::string> arguments;
+    for (int i = 1; words && i < count; ++i) arguments.push_back(InUtf8(words.get()[i]));
+    return arguments;
+}
+#else
+Console::Console() = default;
+Console::~Console() = default;
+
+std::vector<std::string> Console::Arguments(int argc, char** argv) {
+    return {argv + std::min(argc, 1), argv + argc};
+}
+#endif
