@@ -65,6 +65,10 @@ public:
 
 private:
     Descriptor descriptor_ = noDescriptor;
+#if defined(_WIN32)
+    /// Where Read goes on: the place that the system keeps is moved by ReadAt, too.
+    std::uint64_t place_ = 0;
+#endif
 };
 
 /// A file that is being written, under a name that nothing else has.

@@ -1,9 +1,12 @@
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <memory>
-#include <new>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <system_error>
-#include <utility>
+#include <vector>
 
 #include <windows.h>
 
@@ -51,17 +54,19 @@ struct CloseSearch {
 
 }  // namespace
 
-std::wstring Wide(const std::string& text) {
-    const int size = static_cast<int>(std::min<std::size_t>(text.size(), 1U << 20U));
-    for (const auto& [page, flags] :
-         {std::pair{UINT{CP_UTF8}, DWORD{MB_ERR_INVALID_CHARS}}, {UINT{CP_ACP}, DWORD{0}}}) {
-        const int length = ::MultiByteToWideChar(page, flags, text.data(), size, nullptr, 0);
-        if (length <= 0) continue;
-        std::wstring wide(static_cast<std::size_t>(length), L'\0');
-        ::MultiByteToWideChar(page, flags, text.data(), size, wide.data(), length);
-        return wide;
-    }
-    return {};
+bool Widen(std::string_view path, WidePath& wide) noexcept {
+    const int room = static_cast<int>(wide.size()) - 1;
+    const bool tooLong = path.size() > 4 * wide.size();
+    ::SetLastError(tooLong ? ERROR_FILENAME_EXCED_RANGE : ERROR_INVALID_NAME);
+    // A path with a NUL would name what stands before it.
+    if (tooLong || path.empty() || path.find('\0') != std::string_view::npos) return false;
+    const int size = static_cast<int>(path.size());
+    int length = ::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, path.data(), size, wide.data(), room);
+    if (length <= 0 && ::GetLastError() == ERROR_NO_UNICODE_TRANSLATION)
+        length = ::MultiByteToWideChar(CP_ACP, 0, path.data(), size, wide.data(), room);
+    if (length <= 0) ::SetLastError(ERROR_FILENAME_EXCED_RANGE);
+    wide[static_cast<std::size_t>(std::max(length, 0))] = L'\0';
+    return length > 0;
 }
 
 std::string TextOf(DWORD failure) {
@@ -75,6 +80,8 @@ std::string TextOf(DWORD failure) {
             return "Permission denied";
         case ERROR_INVALID_FUNCTION:
             return "Is a directory";
+        case ERROR_FILENAME_EXCED_RANGE:
+            return "File name too long";
         case ERROR_SHARING_VIOLATION:
         case ERROR_LOCK_VIOLATION:
             return "Another program keeps it to itself";
@@ -100,6 +107,7 @@ bool InputFile::Open(const std::string& path) noexcept {
         return false;
     }
     descriptor_ = reinterpret_cast<Descriptor>(file);
+    place_ = 0;
     return true;
 }
 
@@ -108,35 +116,67 @@ void InputFile::Close() noexcept {
     descriptor_ = noDescriptor;
 }
 
-std::optional<std::size_t> InputFile::Read(void* buffer, std::size_t size) noexcept {
+namespace {
+
+/// One call of the system: reads from a place of a file on, or what comes next from a pipe. Nothing at the end.
+std::optional<std::size_t> ReadOnce(HANDLE file, std::uint64_t offset, void* buffer, DWORD size) noexcept {
+    OVERLAPPED place{};
+    place.Offset = static_cast<DWORD>(offset);
+    place.OffsetHigh = static_cast<DWORD>(offset >> 32U);
+    DWORD got = 0;
+    if (::ReadFile(file, buffer, size, &got, &place) != 0) return got;
+    const DWORD failure = ::GetLastError();
+    if (failure == ERROR_HANDLE_EOF || failure == ERROR_BROKEN_PIPE) return 0;
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::size_t> InputFile::ReadAt(std::uint64_t offset, void* buffer, std::size_t size) const noexcept {
     constexpr std::size_t maxAtOnce = std::size_t{1} << 30U;
     if (!CommitIfMapped(buffer, size)) return std::nullopt;
     auto* const bytes = static_cast<unsigned char*>(buffer);
     std::size_t filled = 0;
     while (filled < size) {
-        DWORD got = 0;
         const auto wanted = static_cast<DWORD>(std::min(size - filled, maxAtOnce));
-        if (::ReadFile(HandleOf(descriptor_), bytes + filled, wanted, &got, nullptr) == 0) {
-            // So ends a pipe.
-            if (::GetLastError() == ERROR_BROKEN_PIPE) break;
-            return std::nullopt;
-        }
-        if (got == 0) break;
-        filled += got;
+        const auto got = ReadOnce(HandleOf(descriptor_), offset + filled, bytes + filled, wanted);
+        if (!got) return std::nullopt;
+        if (*got == 0) break;
+        filled += *got;
     }
     return filled;
 }
 
+std::optional<std::size_t> InputFile::Read(void* buffer, std::size_t size) noexcept {
+    const auto got = ReadAt(place_, buffer, size);
+    place_ += got.value_or(0);
+    return got;
+}
+
 bool InputFile::Seek(std::uint64_t offset) noexcept {
-    LARGE_INTEGER place;
-    place.QuadPart = static_cast<LONGLONG>(offset);
-    return ::SetFilePointerEx(HandleOf(descriptor_), place, nullptr, FILE_BEGIN) != 0;
+    if (!Place()) return false;
+    place_ = offset;
+    return true;
+}
+
+std::optional<std::uint64_t> InputFile::Place() const noexcept {
+    return ::GetFileType(HandleOf(descriptor_)) == FILE_TYPE_DISK ? std::optional(place_) : std::nullopt;
 }
 
 std::optional<std::uint64_t> InputFile::Size() const noexcept {
     LARGE_INTEGER size;
     if (!IsRegular(HandleOf(descriptor_)) || ::GetFileSizeEx(HandleOf(descriptor_), &size) == 0) return std::nullopt;
     return static_cast<std::uint64_t>(size.QuadPart);
+}
+
+unsigned int ProcessorCount() noexcept {
+    DWORD_PTR usable = 0;
+    DWORD_PTR all = 0;
+    // None where the process has threads in several groups of processors.
+    if (::GetProcessAffinityMask(::GetCurrentProcess(), &usable, &all) != 0 && usable != 0) {
+        return static_cast<unsigned int>(std::popcount(usable));
+    }
+    return std::max<unsigned int>(::GetActiveProcessorCount(ALL_PROCESSOR_GROUPS), 1);
 }
 
 Presence LookFor(const std::string& path) noexcept {
@@ -179,8 +219,9 @@ std::vector<std::string> FilesIn(const std::string& directory) {
     constexpr std::size_t most = 5000;
     std::vector<std::string> names;
     WIN32_FIND_DATAW found;
-    const std::wstring pattern = Wide((directory.empty() ? "." : directory) + "\\*");
-    const std::unique_ptr<void, CloseSearch> search(::FindFirstFileW(pattern.c_str(), &found));
+    const std::unique_ptr<void, CloseSearch> search(
+        WithPath((directory.empty() ? "." : directory) + "\\*", INVALID_HANDLE_VALUE,
+                 [&](const wchar_t* pattern) { return ::FindFirstFileW(pattern, &found); }));
     if (search.get() == INVALID_HANDLE_VALUE) return names;
     do {
         const std::wstring_view name(found.cFileName);
@@ -194,14 +235,11 @@ std::optional<std::string> AbsolutePath(const std::string& path) {
         const auto before = AbsolutePath(path.substr(0, nul));
         return before ? std::optional(*before + path.substr(nul)) : std::nullopt;
     }
-    const std::wstring wide = Wide(path.empty() ? ".\\" : path);
-    std::wstring absolute(MAX_PATH, L'\0');
-    DWORD length = ::GetFullPathNameW(wide.c_str(), MAX_PATH, absolute.data(), nullptr);
-    if (length >= MAX_PATH) {
-        absolute.resize(length);
-        length = ::GetFullPathNameW(wide.c_str(), length, absolute.data(), nullptr);
-    }
-    if (length == 0 || length > absolute.size()) return std::nullopt;
+    WidePath absolute;
+    const DWORD length = WithPath(path.empty() ? ".\\" : path, DWORD{0}, [&](const wchar_t* wide) {
+        return ::GetFullPathNameW(wide, static_cast<DWORD>(absolute.size()), absolute.data(), nullptr);
+    });
+    if (length == 0 || length >= absolute.size()) return std::nullopt;
     return Narrow(absolute.data(), length);
 }
 

@@ -1,8 +1,11 @@
 #if defined(_WIN32)
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -93,6 +96,27 @@ TEST(Windows, SaysWhatCanBeReadAndWhyNot) {
     platform::InputFile file;
     EXPECT_TRUE(file.Open(path));
     EXPECT_TRUE(fs::remove(wide));
+}
+
+TEST(Windows, ReadsFromAnyPlaceAndGoesOnWhereItWas) {
+    platform::InputFile file;
+    ASSERT_TRUE(file.Open(WriteFile("letters", "abcdefgh")));
+    std::string text(8, '.');
+    // Where reading goes on, or is to go on at an offset; how much is asked for; what is found.
+    const std::tuple<std::optional<std::uint64_t>, std::size_t, std::string> table[] = {
+        {std::nullopt, 2, "ab"},  {5, 2, "fg"}, {std::nullopt, 3, "cde"}, {7, 8, "h"}, {9, 8, ""},
+        {std::nullopt, 8, "fgh"},
+    };
+    for (const auto& [offset, size, found] : table) {
+        const auto got = offset ? file.ReadAt(*offset, text.data(), size) : file.Read(text.data(), size);
+        EXPECT_EQ(text.substr(0, got.value_or(0)), found);
+    }
+    EXPECT_EQ(file.Place(), 8U);
+    EXPECT_TRUE(file.Seek(3));
+    EXPECT_EQ(file.Read(text.data(), 1), 1U);
+    EXPECT_EQ(text[0], 'd');
+    EXPECT_FALSE(file.Open(ScratchDirectory() + "/none") || file.Read(text.data(), 1));
+    EXPECT_GE(platform::ProcessorCount(), 1U);
 }
 
 std::size_t Committed(const unsigned char* from, std::size_t size) {
