@@ -99,11 +99,13 @@ TEST(FailingReads, AFileThatShrinksIsAShortFile) {
     }
 }
 
+#if !defined(_WIN32)
 TEST(FailingReads, HaveTheReasonOfTheSystem) {
     // The first page of every process.
     EXPECT_EQ(platform::WhyUnreadable("/proc/self/mem"), "Input/output error");
     EXPECT_EQ(platform::WhyUnreadable("/proc/self/maps"), "");
 }
+#endif
 
 }  // namespace
 }  // namespace orvalo::faults

@@ -173,6 +173,7 @@ TEST(FailingWrites, ShortAndInterruptedOnesDoNotMatter) {
     }
 }
 
+#if !defined(_WIN32)
 TEST(FailingWrites, TargetsThatCannotBe) {
     const Folder folder;
     std::filesystem::create_directory(folder.Path("directory"));
@@ -215,6 +216,7 @@ TEST(FailingWrites, TargetsThatCannotBe) {
     EXPECT_EQ(support::FileBytes(folder.Path("read-only")), "read-only");
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
+#endif
 
 TEST(Writing, StopsAndTellsItsProgress) {
     const std::atomic<bool> stop{true};

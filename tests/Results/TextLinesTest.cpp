@@ -35,9 +35,8 @@ std::vector<std::string> LinesByFgets(const std::string& content) {
         if (content.compare(i, 2, "\r\n") != 0) translated += content[i];
     }
     std::vector<std::string> all;
-    if (translated.empty()) return all;
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(::fmemopen(translated.data(), translated.size(), "rb"),
-                                                               std::fclose);
+    const std::string path = support::WriteFile("translated", translated);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
     std::vector<char> buffer(65536);
     while (std::fgets(buffer.data(), static_cast<int>(buffer.size()), file.get()) != nullptr) {
         all.emplace_back(buffer.data());
