@@ -4,6 +4,10 @@
 #include <csignal>
 #include <cstdlib>
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 namespace {
 
 std::atomic<bool> raised{false};
@@ -31,7 +35,12 @@ const std::atomic<bool>* Interruption::Flag() const {
 }
 
 void EndInterrupted() {
+#if defined(_WIN32)
+    // What the system itself would have ended the program with.
+    std::_Exit(static_cast<int>(STATUS_CONTROL_C_EXIT));
+#else
     std::signal(SIGINT, SIG_DFL);
     std::raise(SIGINT);
     std::abort();
+#endif
 }
