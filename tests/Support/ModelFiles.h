@@ -8,7 +8,6 @@
 #include <memory>
 #include <optional>
 #include <random>
-#include <regex>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -82,8 +81,9 @@ inline std::vector<std::string> Split(const std::string& text, std::string_view 
 /// between the fields, `/` for a line feed and `\` for a carriage return with one. Lines with // are comments.
 inline std::vector<std::vector<std::string>> Rows(const std::string& table) {
     std::vector<std::vector<std::string>> rows;
-    const std::string text = Replaced(std::regex_replace(table, std::regex("\n//[^\n]*"), ""), "\n  ", " ");
-    for (const std::string& line : Split(text, "\n")) {
+    std::string text;
+    for (const std::string& line : Split(table, "\n")) text += line.starts_with("//") ? "" : '\n' + line;
+    for (const std::string& line : Split(Replaced(text, "\n  ", " "), "\n")) {
         if (!line.empty()) rows.push_back(Split(Replaced(Replaced(line, "/", "\n"), "\\", "\r\n"), " | "));
     }
     return rows;
