@@ -20,6 +20,17 @@ inline std::uint64_t Mask(uint8x16_t a, uint8x16_t b, uint8x16_t c, uint8x16_t d
     return vgetq_lane_u64(vreinterpretq_u64_u8(vpaddq_u8(quarters, quarters)), 0);
 }
 
+/// As above, of 16 bytes.
+inline std::uint32_t Mask(uint8x16_t a) {
+    return static_cast<std::uint16_t>(Mask(a, a, a, a));
+}
+
+/// How many of the bytes in four vectors are 255.
+inline unsigned int CountSet(uint8x16_t a, uint8x16_t b, uint8x16_t c, uint8x16_t d) {
+    const uint8x16_t sum = vaddq_u8(vaddq_u8(a, b), vaddq_u8(c, d));
+    return vaddvq_u8(vsubq_u8(vdupq_n_u8(0), sum));
+}
+
 inline uint8x16_t Load(const char* p) {
     return vld1q_u8(reinterpret_cast<const std::uint8_t*>(p));
 }
@@ -39,6 +50,23 @@ inline std::uint64_t ByteMask(const char* p, char byte) {
     const uint8x16_t wanted = vdupq_n_u8(static_cast<std::uint8_t>(byte));
     const auto found = [&](const char* at) { return vceqq_u8(detail::Load(at), wanted); };
     return detail::Mask(found(p), found(p + 16), found(p + 32), found(p + 48));
+}
+
+/// As scalar::CountBytes.
+inline unsigned int CountBytes(const char* p, char byte) {
+    const uint8x16_t wanted = vdupq_n_u8(static_cast<std::uint8_t>(byte));
+    const auto found = [&](const char* at) { return vceqq_u8(detail::Load(at), wanted); };
+    return detail::CountSet(found(p), found(p + 16), found(p + 32), found(p + 48));
+}
+
+/// As scalar::CountStarts.
+inline unsigned int CountStarts(const char* p) {
+    const auto blanks = [](const char* at) {
+        const uint8x16_t bytes = detail::Load(at);
+        return vorrq_u8(vcleq_u8(bytes, vdupq_n_u8(' ')), vceqq_u8(bytes, vdupq_n_u8(',')));
+    };
+    const auto starts = [&](const char* at) { return vbicq_u8(blanks(at - 1), blanks(at)); };
+    return detail::CountSet(starts(p), starts(p + 16), starts(p + 32), starts(p + 48));
 }
 
 /// As scalar::FourNumbers.

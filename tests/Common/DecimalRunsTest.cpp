@@ -64,8 +64,10 @@ TEST(DecimalRuns, GiveWhatFastDecimalGives) {
 }
 
 TEST(DecimalRuns, ReadAllNumbersOfAForm) {
-#if defined(__x86_64__) && !defined(ORVALO_SCALAR)
+#if (defined(__x86_64__) || defined(__aarch64__)) && !defined(ORVALO_SCALAR)
+#if defined(__x86_64__)
     if (__builtin_cpu_supports("ssse3") == 0) GTEST_SKIP() << "not by this processor";
+#endif
     std::size_t fast = 0;
     ReadAll("-1.234567890e-04\t9.876543210e+12\t0.000000000E+00\t-1.000000000e-10\t7.5", true, fast);
     EXPECT_EQ(fast, 3U);
