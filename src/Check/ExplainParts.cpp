@@ -5,6 +5,7 @@
 #include "Check/ErrorCollector.h"
 #include "Check/Explanations.h"
 #include "Check/SourceTokens.h"
+#include "Common/ParseNumber.h"
 
 // What explanations are made of, and the mistakes that can stand wherever a value is due.
 
@@ -19,11 +20,11 @@ bool IsNameByte(char c) {
 
 /// Whether the text is a number as files write them, and nothing more.
 bool IsNumber(std::string_view text) {
-    if (text.empty()) return false;
-    if (text.front() == '+') text.remove_prefix(1);
-    double value = 0.0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc() && end == text.data() + text.size() && (text.back() <= '9');
+    if (text.empty() || text.find_first_not_of("0123456789.eE+-") != text.npos) return false;
+    const std::string padded = std::string(text) + std::string(16, '\0');
+    const char* const end = padded.data() + text.size();
+    double value;
+    return ParseNumber(padded.data(), end, value) == end;
 }
 
 void ExplainEquals(Diagnostic& diagnostic, ErrorCollector& errors, const PropertyRecord& property) {

@@ -120,8 +120,10 @@ constexpr std::array catalogue = {
     &M::NotEnoughColumnsTxt,
 };
 
-static_assert(std::ranges::adjacent_find(catalogue, std::ranges::greater_equal{}, &ExceptionMessage::code) ==
-                  catalogue.end(),
+constexpr bool NotBefore(const ExceptionMessage* one, const ExceptionMessage* next) {
+    return one->code >= next->code;
+}
+static_assert(std::adjacent_find(catalogue.begin(), catalogue.end(), NotBefore) == catalogue.end(),
               "codes ascend, so that none is used twice");
 
 /// Whether there is a message of that code from `first` on and before `end`.
@@ -132,7 +134,9 @@ bool IsFrom(const ExceptionMessage& first, const ExceptionMessage& end, int code
 }  // namespace
 
 const ExceptionMessage* FindMessage(int code) {
-    const auto* const found = std::ranges::lower_bound(catalogue, code, {}, &ExceptionMessage::code);
+    const auto* const found =
+        std::lower_bound(catalogue.begin(), catalogue.end(), code,
+                         [](const ExceptionMessage* message, int sought) { return message->code < sought; });
     return found != catalogue.end() && (*found)->code == code ? *found : nullptr;
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "Common/ParseNumber.h"
 #include "Write/ShortestDecimal.h"
 
 namespace orvalo {
@@ -49,12 +50,13 @@ std::optional<double> Shortest(double about, const Serves& serves) {
 }  // namespace
 
 double RoundedTo(int digits, double value) {
+    if (!std::isfinite(value)) return value;
     char text[64];
     const char* const end =
         std::to_chars(text, text + sizeof text, value, std::chars_format::scientific, digits - 1).ptr;
-    double rounded = value;
-    std::from_chars(text, end, rounded);
-    return rounded;
+    const double rounded = DecimalValue({text, end});
+    // Rounded up, the greatest numbers are beyond every double.
+    return std::isfinite(rounded) ? rounded : value;
 }
 
 std::optional<double> Microseconds(double seconds) {

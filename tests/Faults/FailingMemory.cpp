@@ -16,7 +16,7 @@ void* __libc_memalign(size_t alignment, size_t size);
 void __libc_free(void* memory);
 
 static void* Counted(void* taken) {
-    if (taken != nullptr) ++std::atomic_ref(held.allocations);
+    if (taken != nullptr) Count(held.allocations, 1);
     return taken;
 }
 
@@ -38,25 +38,26 @@ void* aligned_alloc(size_t alignment, size_t size) {
 }
 
 void free(void* taken) {
-    if (taken != nullptr) --std::atomic_ref(held.allocations);
+    if (taken != nullptr) Count(held.allocations, -1);
     __libc_free(taken);
 }
 
 void* mmap(void* address, size_t size, int protection, int flags, int descriptor, off_t offset) {
     if (Fails(memory, ENOMEM)) return reinterpret_cast<void*>(-1);
 #if defined(SYS_mmap2)
-    const long mapped = ::syscall(SYS_mmap2, address, size, protection, flags, descriptor, offset / 4096);
+    const long mapped =
+        ::syscall(SYS_mmap2, address, size, protection, flags, descriptor, static_cast<long>(offset / 4096));
 #else
     const long mapped = ::syscall(SYS_mmap, address, size, protection, flags, descriptor, offset);
 #endif
-    if (mapped != -1) ++std::atomic_ref(held.mappings);
+    if (mapped != -1) Count(held.mappings, 1);
     if (mapped != -1 && largePages) ::madvise(reinterpret_cast<void*>(mapped), size, MADV_HUGEPAGE);
     return reinterpret_cast<void*>(mapped);
 }
 
 int munmap(void* address, size_t size) {
     if (Fails(unmapping, ENOMEM)) return -1;
-    --std::atomic_ref(held.mappings);
+    Count(held.mappings, -1);
     return static_cast<int>(::syscall(SYS_munmap, address, size));
 }
 

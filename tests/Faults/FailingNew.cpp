@@ -10,7 +10,7 @@ void* operator new(std::size_t size) {
     void* const taken =
         orvalo::faults::Fails(orvalo::faults::memory, ENOMEM) ? nullptr : std::malloc(size == 0 ? 1 : size);
     if (taken == nullptr) throw std::bad_alloc();
-    ++std::atomic_ref(orvalo::faults::held.allocations);
+    orvalo::faults::Count(orvalo::faults::held.allocations, 1);
     return taken;
 }
 
@@ -31,7 +31,7 @@ void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept {
 }
 
 void operator delete(void* taken) noexcept {
-    if (taken != nullptr) --std::atomic_ref(orvalo::faults::held.allocations);
+    if (taken != nullptr) orvalo::faults::Count(orvalo::faults::held.allocations, -1);
     std::free(taken);
 }
 void operator delete(void* taken, std::size_t) noexcept {

@@ -69,6 +69,11 @@ struct Held {
 };
 inline Held held;
 
+/// Several threads take and release at once.
+inline void Count(long& counted, long change) {
+    __atomic_fetch_add(&counted, change, __ATOMIC_RELAXED);
+}
+
 /// Whether this call of the series, if there is one, fails; then `errno` is set to `error`.
 inline bool Fails(Series* series, int error) {
     if (series == nullptr || !series->Fails()) return false;

@@ -295,8 +295,9 @@ TEST(ReleasedMemory, IsGivenBackBufferByBuffer) {
         if (i % 10 != 9) buffers.erase(buffers.end() - 1);
     }
     EXPECT_LE(StatusKiB("VmRSS"), residentKiB + (11 << 9U));
-    for (int i = 0; i < 10; ++i) {
-        EXPECT_EQ(std::count(buffers[i].get(), buffers[i].get() + size, 10 * i + 10), size);
+    for (std::size_t i = 0; i < 10; ++i) {
+        const auto value = static_cast<unsigned char>(10 * i + 10);
+        EXPECT_EQ(std::count(buffers[i].get(), buffers[i].get() + size, value), size);
     }
 }
 

@@ -63,7 +63,8 @@ inline std::string ReadsLines(const std::string& path, unsigned int threads, con
 inline void KeepThreads() {
     std::barrier all(4);
     const auto wait = [&all] { all.arrive_and_wait(); };
-    const std::jthread threads[] = {std::jthread(wait), std::jthread(wait), std::jthread(wait), std::jthread(wait)};
+    std::thread threads[] = {std::thread(wait), std::thread(wait), std::thread(wait), std::thread(wait)};
+    for (std::thread& thread : threads) thread.join();
 }
 
 inline const std::vector<ThreadSubject>& ThreadSubjects() {
