@@ -77,15 +77,19 @@ private:
 
     void Deliver(std::uint64_t block, typename Job::Outcome outcome) {
         const std::lock_guard lock(mutex_);
-        outcomes_[block % outcomes_.size()] = std::move(outcome);
+        OutcomeOf(block) = std::move(outcome);
         while (ended_ < limit_) {
-            auto& next = outcomes_[ended_ % outcomes_.size()];
+            auto& next = OutcomeOf(ended_);
             if (!next) break;
             ++ended_;
             if (!job_.End(*next)) limit_ = ended_;
             next.reset();
         }
         changed_.notify_all();
+    }
+
+    std::optional<typename Job::Outcome>& OutcomeOf(std::uint64_t block) {
+        return outcomes_[static_cast<std::size_t>(block % outcomes_.size())];
     }
 
     void Limit(std::uint64_t block) {

@@ -46,8 +46,8 @@ Pages CheapestPages() noexcept {
 PageCommitter::PageCommitter(void* buffer, std::size_t size)
     : buffer_(static_cast<unsigned char*>(buffer)), size_(HasOwnPages(size) ? size : 0), pages_(CheapestPages()) {}
 
-void PageCommitter::Reach(std::size_t end) noexcept {
-    end = std::min(end, size_);
+void PageCommitter::Reach(std::uint64_t reached) noexcept {
+    auto end = static_cast<std::size_t>(std::min<std::uint64_t>(reached, size_));
     std::size_t begin = 0;
     Pages pages = Pages::Small;
     {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <mutex>
 
 #include "Common/Platform.h"
@@ -21,7 +22,7 @@ public:
     PageCommitter& operator=(const PageCommitter&) = delete;
 
     /// The first `end` bytes, at most all, are there or about to be filled with what is at hand.
-    void Reach(std::size_t end) noexcept;
+    void Reach(std::uint64_t end) noexcept;
 
 private:
     unsigned char* buffer_ = nullptr;

@@ -79,7 +79,7 @@ public:
     }
 
     void Clear(std::uint64_t first, std::uint64_t last) const {
-        std::memset(records + first * cubeStride, 0, (last - first) * cubeStride);
+        std::memset(records + first * cubeStride, 0, static_cast<std::size_t>(last - first) * cubeStride);
         if (temperatures != nullptr) std::fill(temperatures + first, temperatures + last, 0.0);
     }
 

@@ -71,7 +71,7 @@ struct DampingAhead {
     void Keep(const RowBounds& kept) const { kept.Widen(bounds); }
 
     void Clear(std::uint64_t first, std::uint64_t last) const {
-        std::memset(records + first * dampingCubeStride, 0, (last - first) * dampingCubeStride);
+        std::memset(records + first * dampingCubeStride, 0, static_cast<std::size_t>(last - first) * dampingCubeStride);
     }
 
     const BulkMaterials& materials;
@@ -89,7 +89,7 @@ public:
           modelBounds_(reading.model.bounds),
           count_(reading.model.cubes.DampingCubesCount()),
           records_(reading.model.cubes.DampingCubesPtr()),
-          pages_(records_, count_ * dampingCubeStride),
+          pages_(records_, static_cast<std::size_t>(count_) * dampingCubeStride),
           place_{0, records_, {}} {}
 
     DampingRows(const DampingRows&) = delete;

@@ -60,7 +60,7 @@ struct SamplesAhead {
     }
     void Keep(const Kept&) const {}
     void Clear(std::uint64_t first, std::uint64_t last) const {
-        std::memset(samples + sizeof(Sample) * first, 0, sizeof(Sample) * (last - first));
+        std::memset(samples + sizeof(Sample) * first, 0, sizeof(Sample) * static_cast<std::size_t>(last - first));
     }
 
     unsigned char* samples;
@@ -80,7 +80,10 @@ void ReadSamples(ReaderCore& core, Table& table) {
         ++read;
     };
     for (;;) {
-        if (table.count > 0) read = ReadRowsAhead(core, SamplesAhead<Sample>{sample, pages}, read, count, nullptr);
+        if (table.count > 0) {
+            const SamplesAhead<Sample> ahead{sample, pages};
+            read = static_cast<std::size_t>(ReadRowsAhead(core, ahead, read, count, nullptr));
+        }
         BulkCursor cursor(core.lexer);
         double number = 0.0;
         // A sample takes fewer bytes than its text, but for the shortest ones.

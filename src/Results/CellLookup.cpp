@@ -209,8 +209,8 @@ bool CellLookup::Build(std::span<const CoordinateRun> runs, StopFlag stop, unsig
     const std::size_t rows = parts.empty() ? 0 : parts.back().firstRow + parts.back().run.rows;
     const unsigned int team = rows < leastRows ? 1 : threads;
     if (!Measure(parts, stop, team)) return false;
-    const std::uint64_t entries = (volume_ + leafCells - 1) / leafCells;
-    directoryBuffer_ = AllocateZeroed(CountInMemory(entries), sizeof(std::uint32_t));
+    const auto entries = static_cast<std::size_t>((volume_ + leafCells - 1) / leafCells);
+    directoryBuffer_ = AllocateZeroed(entries, sizeof(std::uint32_t));
     if (!directoryBuffer_) return false;
     directory_ = reinterpret_cast<std::uint32_t*>(directoryBuffer_.get());
     // In a box that is half full it does not pay to find out which leaves are empty.
@@ -226,7 +226,7 @@ bool CellLookup::Build(std::span<const CoordinateRun> runs, StopFlag stop, unsig
         const std::uint64_t begin = i * slab;
         const auto end = static_cast<std::uint32_t>(std::min(begin + slab, volume_));
         // In a box that is not dense, leaves of one member lie between those of others.
-        const std::size_t firstLeaf = dense ? begin / leafCells + 1 : 0;
+        const std::size_t firstLeaf = dense ? static_cast<std::size_t>(begin / leafCells) + 1 : 0;
         const std::size_t lastLeaf = dense ? (end - 1) / leafCells + 1 : team == 1 ? count : 0;
         LeafPages pages(leaves_ + firstLeaf * leafCells, lastLeaf + 1 - firstLeaf, stop);
         for (const Part& part : parts) {

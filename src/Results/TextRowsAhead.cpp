@@ -27,8 +27,9 @@ std::uint64_t TextRowsAhead::Read() {
     const std::uint64_t first = read_;
     OrderedBlocks<TextRowsAhead>(*this, team_).Run();
     if (read_ == first) return first;
-    storage_.indices.SetRows(read_);
-    storage_.values.SetRows(read_);
+    const auto rows = static_cast<std::size_t>(read_);
+    storage_.indices.SetRows(rows);
+    storage_.values.SetRows(rows);
     lines_.MoveTo(offset_, read_ - first);
     return read_;
 }
@@ -36,7 +37,8 @@ std::uint64_t TextRowsAhead::Read() {
 bool TextRowsAhead::Begin(unsigned int member, std::uint64_t) {
     // Where memory ends it is for the reader to tell, in which line.
     const std::uint64_t rows = begun_ + text_.Text(member).rows;
-    if (!storage_.indices.Reserve(rows) || !storage_.values.Reserve(rows)) return false;
+    const std::size_t inMemory = CountInMemory(rows);
+    if (!storage_.indices.Reserve(inMemory) || !storage_.values.Reserve(inMemory)) return false;
     first_[member] = begun_;
     begun_ = rows;
     return true;
@@ -45,11 +47,12 @@ bool TextRowsAhead::Begin(unsigned int member, std::uint64_t) {
 TextRowsAhead::Outcome TextRowsAhead::Work(unsigned int member, std::uint64_t) {
     const RowText::Block& block = text_.Text(member);
     const char* p = block.begin;
-    std::uint64_t row = first_[member];
+    auto row = static_cast<std::size_t>(first_[member]);
     std::uint64_t bytes = 0;
     DecimalRuns runs;
-    storage_.indices.Commit(row, row + block.rows);
-    storage_.values.Commit(row, row + block.rows);
+    const auto after = static_cast<std::size_t>(row + block.rows);
+    storage_.indices.Commit(row, after);
+    storage_.values.Commit(row, after);
     while (p != block.end) {
         const auto* const lineFeed =
             static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(block.end - p)));

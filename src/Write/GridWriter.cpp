@@ -107,7 +107,7 @@ std::size_t WrittenRows(const GridPart& part, StopFlag stop) {
     return rows;
 }
 
-std::uint64_t CheckPart(const GridPart& part, const MaterialRepository& materials, StopFlag stop) {
+std::size_t CheckPart(const GridPart& part, const MaterialRepository& materials, StopFlag stop) {
     const std::size_t rows = WrittenRows(part, stop);
     stop.CheckEach(piece, rows, [&](std::size_t begin, std::size_t end) {
         if (!AnyDoubtful(part, materials.Count(), begin, end)) return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -15,8 +16,8 @@ namespace orvalo {
 
 /// How many rows of the grid are written: without those at the end that are all zero.
 struct GridRows {
-    std::uint64_t cubes = 0;
-    std::uint64_t dampingCubes = 0;
+    std::size_t cubes = 0;
+    std::size_t dampingCubes = 0;
 };
 GridRows CheckGrid(const Model& model, StopFlag stop);
 /// CUBES, and DAMPING if there is any.

@@ -11,6 +11,7 @@
 
 #include "Common/Simd.h"
 #include "Write/PowersOfTen.h"
+#include "Write/Wide.h"
 
 namespace orvalo {
 
@@ -18,8 +19,6 @@ namespace {
 
 constexpr unsigned int mantissaBits = 52;
 constexpr std::uint64_t hiddenBit = std::uint64_t{1} << mantissaBits;
-
-__extension__ using Wide = unsigned __int128;
 
 /// A product over 2^64; odd where bits were cut off that matter.
 std::uint64_t RoundedToOdd(Wide product) {
@@ -132,10 +131,10 @@ Decimal ShortestDigits(double value) {
     // A product has 192 bits, of which the lowest 64 only matter for what they carry to the others. The ends of the
     // interval lie two quarters of the last bit away, or one.
     const std::uint64_t factor = 4 * c << shift;
-    const Wide low = static_cast<Wide>(power.low) * factor;
-    const Wide exact = static_cast<Wide>(power.high) * factor + static_cast<std::uint64_t>(low >> 64U);
+    const Wide low = Product(power.low, factor);
+    const Wide exact = Product(power.high, factor) + static_cast<std::uint64_t>(low >> 64U);
     const auto cut = static_cast<std::uint64_t>(low);
-    const Wide wholePower = static_cast<Wide>(power.high) << 64U | power.low;
+    const Wide wholePower = Joined(power.high, power.low);
     const unsigned int up = shift + 1;
     const unsigned int down = closerBelow ? shift : shift + 1;
     const std::uint64_t carry = cut + (power.low << up) < cut ? 1 : 0;

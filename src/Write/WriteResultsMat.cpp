@@ -104,7 +104,7 @@ private:
         std::memcpy(tags.data(), words, sizeof words);
         std::memcpy(tags.data() + sizeof(std::uint32_t), matrix.name.data(), matrix.name.size());
         file_.Write(tags.data(), tags.size());
-        const std::size_t size = mat::ElementSize(matrix.dataType);
+        const auto size = static_cast<std::size_t>(mat::ElementSize(matrix.dataType));
         for (std::size_t column = 0; column < matrix.columns; ++column) {
             ForEachRun(numbers, results_, column, pieceSize / size, stop_, [&](const NumberRun& run) {
                 if (size == sizeof(double)) {
@@ -122,20 +122,21 @@ private:
     template <class Number, class At>
     void WriteRun(const NumberRun& run, const At& at) {
         const bool contiguous = run.size == sizeof(Number) && run.stride == sizeof(Number);
+        const auto bytes = static_cast<std::size_t>(run.rows) * sizeof(Number);
         constexpr std::uint64_t fewRows = 4096;
         if (contiguous && run.rows >= fewRows) {
             Flush();
-            file_.Write(run.first, run.rows * sizeof(Number));
+            file_.Write(run.first, bytes);
         } else {
-            if (run.rows * sizeof(Number) > pieceSize - gatheredSize_) Flush();
+            if (bytes > pieceSize - gatheredSize_) Flush();
             unsigned char* p = gathered_.get() + gatheredSize_;
             for (std::uint64_t row = 0; row < run.rows; ++row, p += sizeof(Number)) {
                 const Number number = at(row);
                 std::memcpy(p, &number, sizeof number);
             }
-            gatheredSize_ += run.rows * sizeof(Number);
+            gatheredSize_ += bytes;
         }
-        progress_.Add(run.rows * sizeof(Number));
+        progress_.Add(bytes);
     }
 
     void Flush() {

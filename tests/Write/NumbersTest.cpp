@@ -1,14 +1,17 @@
 #include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <random>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 #include "Write/MaterialNumbers.h"
 #include "Write/ShortestDecimal.h"
 #include "Write/Times.h"
+#include "Write/Wide.h"
 
 namespace orvalo {
 namespace {
@@ -30,9 +33,9 @@ std::string Digits(const std::string& text) {
 void CheckDecimal(double value) {
     if (!std::isfinite(value) || value == 0) return;
     const std::string text = Written(value);
-    double read = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), read);
-    ASSERT_TRUE(end == text.data() + text.size() && error == std::errc()) << text;
+    char* end = nullptr;
+    const double read = std::strtod(text.c_str(), &end);
+    ASSERT_EQ(end, text.c_str() + text.size()) << text;
     ASSERT_EQ(std::bit_cast<std::uint64_t>(read), std::bit_cast<std::uint64_t>(value)) << text;
     char theirs[64];
     const std::string shortest(theirs, std::to_chars(theirs, std::end(theirs), value).ptr);
@@ -41,6 +44,33 @@ void CheckDecimal(double value) {
     ASSERT_EQ(Digits(text), Digits(scientific));
     ASSERT_LE(text.size(), std::min(shortest.size(), longestDecimal)) << text;
 }
+
+#if defined(__SIZEOF_INT128__)
+
+TEST(TwoWords, CalculateAsNumbersOf128Bits) {
+    const auto shown = [](auto number) {
+        return std::pair(static_cast<std::uint64_t>(number >> 64U), static_cast<std::uint64_t>(number));
+    };
+    std::mt19937_64 random(128);
+    // With words of all lengths, all bits set among them.
+    const auto word = [&] { return (random() % 4 == 0 ? ~std::uint64_t{0} : random()) >> random() % 64; };
+    for (int i = 0; i < 10'000; ++i) {
+        const std::uint64_t w[] = {word(), word(), word(), word()};
+        const TwoWords a(w[0], w[1]);
+        const TwoWords b(w[2], w[3]);
+        const Wide c = Joined(w[0], w[1]);
+        const Wide d = Joined(w[2], w[3]);
+        const auto bits = static_cast<unsigned int>(1 + random() % 64);
+        ASSERT_EQ(shown(TwoWords::Product(w[0], w[1])), shown(Product(w[0], w[1])));
+        ASSERT_EQ(shown(a + b), shown(c + d));
+        ASSERT_EQ(shown(a - b), shown(c - d));
+        ASSERT_EQ(shown(a + w[2]), shown(c + w[2]));
+        ASSERT_EQ(shown(a - w[2]), shown(c - w[2]));
+        ASSERT_EQ(shown(a >> bits), shown(c >> bits));
+    }
+}
+
+#endif
 
 TEST(ShortestDecimal, HasTheDigitsOfTheStandardLibrary) {
     std::mt19937_64 random(1);
