@@ -128,8 +128,10 @@ void ExplainMaterialFormat(Diagnostic& diagnostic, ErrorCollector& errors) {
     }
     // A number too many makes the next material begin too early.
     if (before != nullptr && TellNumbers(diagnostic, errors, *before)) return;
-    AddNote(diagnostic, std::string("The format says what numbers follow the name. 0: ") + formats[0].meaning +
-                            "; 1: " + formats[1].meaning + "; 2: " + formats[2].meaning + '.');
+    std::string note = "The format says what numbers follow the name.";
+    note.append(" 0: ").append(formats[0].meaning).append("; 1: ").append(formats[1].meaning);
+    note.append("; 2: ").append(formats[2].meaning).append(".");
+    AddNote(diagnostic, note);
 }
 
 void ExplainMaterialName(Diagnostic& diagnostic, ErrorCollector& errors) {
