@@ -37,6 +37,12 @@ void* aligned_alloc(size_t alignment, size_t size) {
     return Fails(memory, ENOMEM) ? nullptr : Counted(__libc_memalign(alignment, size));
 }
 
+/// What Clang's library takes for exceptions.
+int posix_memalign(void** taken, size_t alignment, size_t size) {
+    *taken = Fails(memory, ENOMEM) ? nullptr : Counted(__libc_memalign(alignment, size));
+    return *taken == nullptr ? ENOMEM : 0;
+}
+
 void free(void* taken) {
     if (taken != nullptr) Count(held.allocations, -1);
     __libc_free(taken);
