@@ -19,11 +19,11 @@ std::string Folded(std::string text) {
 }
 
 std::string NameOf(const std::string& path) {
-    return path.substr(path.find_last_of('/') + 1);
+    return path.substr(path.find_last_of(platform::separators) + 1);
 }
 
 std::string DirectoryOf(const std::string& path) {
-    const std::size_t separator = path.find_last_of('/');
+    const std::size_t separator = path.find_last_of(platform::separators);
     if (separator == std::string::npos) return ".";
     return separator == 0 ? "/" : path.substr(0, separator);
 }
@@ -60,7 +60,7 @@ void ExplainFile(Diagnostic& diagnostic, ErrorCollector& errors) {
     const std::string reason = platform::WhyUnreadable(file.path);
     if (!reason.empty()) AddNote(diagnostic, "The system says: " + reason + '.');
     if (!included) return TellSimilar(diagnostic, file.path, false);
-    AddNote(diagnostic, file.path.find('/') == std::string::npos
+    AddNote(diagnostic, file.path.find_first_of(platform::separators) == std::string::npos
                             ? "A name of one character is looked for in the current directory of the program."
                             : "It was looked for in the directory of the main file: " + DirectoryOf(file.path) + '.');
     if (platform::LookFor(file.path) == platform::Presence::NotThere) TellSimilar(diagnostic, file.path, true);
