@@ -37,12 +37,16 @@ class Archive(unittest.TestCase):
         zipfile.ZipFile(ARCHIVE).extractall(cls.folder)
         cls.prefix = cls.folder / ARCHIVE.stem
 
-    def test_holds_what_is_needed(self):
-        for name in """bin/Orvalo3DReader.dll bin/orvalo.exe lib/libOrvalo3DReader.dll.a lib/Orvalo3DReader.lib
-                lib/Orvalo3DReader.def lib/cmake/Orvalo3DReader/Orvalo3DReaderConfig.cmake
-                include/Orvalo3DReader/Export.h include/Orvalo3DReader/Orvalo3DReader.h share/doc/Orvalo3DReader/README.md
-                share/doc/Orvalo3DReader/docs/platforms.md""".split():
-            self.assertTrue((self.prefix / name).is_file(), name)
+    def test_holds_what_is_needed_and_nothing_else(self):
+        names = {path.relative_to(self.prefix).as_posix() for path in self.prefix.rglob("*") if path.is_file()}
+        needed = """bin/Orvalo3DReader.dll bin/orvalo.exe lib/libOrvalo3DReader.dll.a lib/Orvalo3DReader.lib
+            lib/Orvalo3DReader.def lib/cmake/Orvalo3DReader/Orvalo3DReaderConfig.cmake lib/pkgconfig/Orvalo3DReader.pc
+            include/Orvalo3DReader/Export.h include/Orvalo3DReader/Orvalo3DReader.h share/doc/Orvalo3DReader/README.md
+            share/doc/Orvalo3DReader/docs/platforms.md""".split()
+        self.assertLessEqual(set(needed), names)
+        others = re.compile(r"lib/cmake/Orvalo3DReader/\S+\.cmake|include/Orvalo3DReader/\S+\.h|"
+                            r"share/doc/Orvalo3DReader/\S+\.(md|json|png)")
+        self.assertEqual([name for name in names - set(needed) if not others.fullmatch(name)], [])
 
     def test_needs_nothing_but_windows(self):
         for name in ("Orvalo3DReader.dll", "orvalo.exe"):
@@ -66,8 +70,8 @@ class Archive(unittest.TestCase):
             build = self.folder / f"client{linkage}"
             toolchain = ROOT / "cmake" / "windows-x64.cmake"
             run("cmake", "-S", HERE / "client", "-B", build, f"-DCMAKE_TOOLCHAIN_FILE={toolchain}",
-                f"-DCMAKE_EXE_LINKER_FLAGS={linkage}", f"-DCMAKE_PREFIX_PATH={self.prefix}",
-                "-DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH")
+                f"-DCMAKE_EXE_LINKER_FLAGS={linkage}",
+                f"-DOrvalo3DReader_DIR={self.prefix}/lib/cmake/Orvalo3DReader")
             run("cmake", "--build", build)
             runtime = {Path(run("x86_64-w64-mingw32-g++-posix", f"-print-file-name={name}").strip()).resolve().parent
                        for name in ("libstdc++-6.dll", "libwinpthread-1.dll")}
@@ -84,6 +88,13 @@ class Archive(unittest.TestCase):
         shutil.copy(self.prefix / "bin" / "orvalo.exe", alone)
         summary = json.loads(run(WINE, alone, "info", "--format=json", PLATE / "plate.model"))
         self.assertEqual(summary[0]["grid"]["cubes"], 120000)
+        named = shutil.copy(PLATE / "plate-results.txt", alone.with_name("ä地震波.txt"))
+        self.assertRegex(run(WINE, alone, "stats", named), r"ä(<\w\w>){9}\.txt: 15000 rows")
+        run(WINE, alone, "export", "--compress", PLATE / "plate-results.txt", alone.with_name("a.npz"))
+        with zipfile.ZipFile(alone.with_name("a.npz")) as exported:
+            self.assertIsNone(exported.testzip())
+        with self.assertRaisesRegex(AssertionError, "error: Unable to open"):
+            run(WINE, alone, "check", PLATE / "none.model")
 
 
 if __name__ == "__main__":

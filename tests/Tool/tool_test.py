@@ -410,6 +410,7 @@ class ToolTest(unittest.TestCase):
                 if 'pipe' in arguments:
                     (self.directory / 'd/pipe').unlink()
 
+    @unittest.skipIf(WINDOWS, 'no pipe with a name')
     def test_interruption_leaves_no_temporary_file(self):
         self.write({'tmp/none': ''})
         (self.directory / 'tmp/none').unlink()
