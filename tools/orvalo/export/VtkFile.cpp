@@ -23,9 +23,11 @@ constexpr std::size_t blocksAtOnce = 16;
 
 std::vector<unsigned char> Compressed(const unsigned char* data, std::size_t size) {
     constexpr int level = 4;
-    uLongf length = compressBound(size);
+    // Blocks are small enough for zlib's numbers, which have 32 bits on some systems.
+    const auto given = static_cast<uLong>(size);
+    uLongf length = compressBound(given);
     std::vector<unsigned char> block(length);
-    if (compress2(block.data(), &length, data, size, level) != Z_OK) throw std::runtime_error("zlib failed");
+    if (compress2(block.data(), &length, data, given, level) != Z_OK) throw std::runtime_error("zlib failed");
     block.resize(length);
     return block;
 }
