@@ -28,6 +28,7 @@
 #include "IncludedFiles.h"
 #include "JsonText.h"
 #include "NearestWord.h"
+#include "PathText.h"
 #include "SarifLog.h"
 #include "TextStyle.h"
 #include "Watch.h"
@@ -52,11 +53,11 @@ std::vector<std::string> ModelsBelow(const std::string& directory) {
     std::vector<std::string> found;
     std::error_code unreadable;
     const auto options = fs::directory_options::skip_permission_denied;
-    for (fs::recursive_directory_iterator entry(directory, options, unreadable), end; !unreadable && entry != end;
-         entry.increment(unreadable)) {
+    for (fs::recursive_directory_iterator entry(PathOf(directory), options, unreadable), end;
+         !unreadable && entry != end; entry.increment(unreadable)) {
         std::error_code unknown;
         if (entry->path().extension() == ".model" && entry->is_regular_file(unknown)) {
-            found.push_back(entry->path().string());
+            found.push_back(TextOf(entry->path()));
         }
     }
     std::sort(found.begin(), found.end());
@@ -68,7 +69,7 @@ std::vector<std::string> Expand(const CheckArguments& arguments) {
     std::vector<std::string> expanded;
     for (const std::string& name : arguments.names) {
         std::error_code unknown;
-        const bool isDirectory = fs::is_directory(name, unknown);
+        const bool isDirectory = fs::is_directory(PathOf(name), unknown);
         const auto files = isDirectory ? ModelsBelow(name) : std::vector<std::string>{name};
         expanded.insert(expanded.end(), files.begin(), files.end());
     }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -20,6 +19,7 @@
 
 #include "DeclaredCubes.h"
 #include "Interruption.h"
+#include "PathText.h"
 #include "ProgressBar.h"
 #include "Terminal.h"
 
@@ -37,7 +37,7 @@ std::string WithoutPlace(const std::string& what) {
 }
 
 bool CanBeRead(const std::string& path) {
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    std::ifstream file(PathOf(path), std::ios::binary);
     file.peek();
     return file.is_open() && !file.bad();
 }

@@ -5,13 +5,14 @@
 #include <vector>
 
 #if defined(_WIN32)
-#include <cstddef>
 #include <cstdio>
 #include <memory>
 
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
+
+#include "PathText.h"
 
 namespace {
 
@@ -26,14 +27,6 @@ void RestoreCodePage() {
 BOOL WINAPI RestoreAtEnd(DWORD) {
     RestoreCodePage();
     return FALSE;
-}
-
-std::string InUtf8(const wchar_t* text) {
-    const int size = ::WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
-    std::string utf8(static_cast<std::size_t>(std::max(size, 1)), '\0');
-    ::WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
-    utf8.pop_back();
-    return utf8;
 }
 
 }  // namespace
@@ -55,7 +48,7 @@ std::vector<std::string> Console::Arguments(int, char**) {
     const std::unique_ptr<LPWSTR, decltype(&::LocalFree)> words(::CommandLineToArgvW(::GetCommandLineW(), &count),
                                                                 &::LocalFree);
     std::vector<std::string> arguments;
-    for (int i = 1; words && i < count; ++i) arguments.push_back(InUtf8(words.get()[i]));
+    for (int i = 1; words && i < count; ++i) arguments.push_back(TextOf(words.get()[i]));
     return arguments;
 }
 #else

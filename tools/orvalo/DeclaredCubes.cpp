@@ -7,6 +7,7 @@
 #include <string>
 
 #include "ModelWords.h"
+#include "PathText.h"
 
 namespace {
 
@@ -26,7 +27,7 @@ public:
         for (std::string word = words.Next(); !word.empty(); word = words.Next()) {
             if (word == "include") {
                 const std::string name = words.Next();
-                if (name.size() > 1 && name[0] == '"' && Scan((directory_ / name.substr(1)).string())) return true;
+                if (name.size() > 1 && name[0] == '"' && Scan(TextOf(directory_ / PathOf(name.substr(1))))) return true;
             } else if (!inCubes_) {
                 inCubes_ = word == "cubes";
             } else if (word == "count") {
@@ -52,7 +53,7 @@ private:
 }  // namespace
 
 std::uint64_t DeclaredCubes(const std::string& path) {
-    Search search(std::filesystem::path(path).parent_path());
+    Search search(PathOf(path).parent_path());
     search.Scan(path);
     return search.count;
 }

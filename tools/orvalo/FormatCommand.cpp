@@ -23,6 +23,7 @@
 #include "CommonOptions.h"
 #include "ExitStatus.h"
 #include "HarmlessText.h"
+#include "PathText.h"
 
 namespace {
 
@@ -72,7 +73,7 @@ public:
         fs::remove_all(path_, ignored);
     }
 
-    fs::path File(const std::string& name) const { return path_ / name; }
+    fs::path File(const std::string& name) const { return path_ / PathOf(name); }
 
 private:
     fs::path path_;
@@ -100,12 +101,12 @@ ExitStatus Compare(const FormatOptions& options, const ScratchDirectory& written
     ExitStatus status = ExitStatus::good;
     const auto compare = [&](const fs::path& present, const fs::path& tidy) {
         if (SameBytes(present, tidy)) return;
-        fmt::print(stderr, "{}: would change\n", Harmless(present.string()));
+        fmt::print(stderr, "{}: would change\n", Harmless(TextOf(present)));
         status = ExitStatus::badFile;
     };
-    compare(options.path, model);
+    compare(PathOf(options.path), model);
     if (!options.cubesFile.empty()) {
-        compare(fs::path(options.path).parent_path() / options.cubesFile, written.File(options.cubesFile));
+        compare(PathOf(options.path).parent_path() / PathOf(options.cubesFile), written.File(options.cubesFile));
     }
     return status;
 }
@@ -119,8 +120,8 @@ ExitStatus Format(const FormatOptions& options) {
     }
     if (!options.output.empty() && !options.check) return Write(*file.model, options, options.output, true);
     const ScratchDirectory scratch;
-    const fs::path written = scratch.File(fs::path(options.path).filename().string());
-    const ExitStatus status = Write(*file.model, options, written.string(), false);
+    const fs::path written = scratch.File(TextOf(PathOf(options.path).filename()));
+    const ExitStatus status = Write(*file.model, options, TextOf(written), false);
     if (status != ExitStatus::good) return status;
     if (options.check) return Compare(options, scratch, written);
     Print(written);

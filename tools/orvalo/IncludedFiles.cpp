@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "ModelWords.h"
+#include "PathText.h"
 
 namespace {
 
@@ -35,7 +35,7 @@ std::string FileNamed(std::string_view quoted) {
 std::vector<std::string> IncludedNames(const std::string& path) {
     std::vector<std::string> names;
     if (!MayBeReread(path)) return names;
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    std::ifstream file(PathOf(path), std::ios::binary);
     std::string before;
     for (std::string line; std::getline(file, line);) {
         std::size_t end = 0;
@@ -59,7 +59,7 @@ std::vector<std::string> WithIncludedFiles(const std::string& path, const std::s
     std::vector<std::string> paths = {path};
     for (std::size_t i = 0; i < paths.size(); ++i) {
         for (const std::string& name : IncludedNames(paths[i])) {
-            const std::string included = (std::filesystem::path(directory) / name).string();
+            const std::string included = TextOf(PathOf(directory) / PathOf(name));
             if (std::find(paths.begin(), paths.end(), included) == paths.end()) paths.push_back(included);
         }
     }
@@ -67,5 +67,5 @@ std::vector<std::string> WithIncludedFiles(const std::string& path, const std::s
 }
 
 std::vector<std::string> WithIncludedFiles(const std::string& path) {
-    return WithIncludedFiles(path, std::filesystem::path(path).parent_path().string());
+    return WithIncludedFiles(path, TextOf(PathOf(path).parent_path()));
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <system_error>
 
+#include "PathText.h"
 #include "Spool.h"
 
 namespace fs = std::filesystem;
@@ -26,8 +27,8 @@ Input::Input(const std::string& name) : name_(name), path_(name) {
     if (name == "-") {
         name_ = "<stdin>";
         spool_ = std::make_unique<Spool>("", "");
-    } else if (fs::is_fifo(name, unknown)) {
-        spool_ = std::make_unique<Spool>(name, fs::path(name).parent_path().string());
+    } else if (fs::is_fifo(PathOf(name), unknown)) {
+        spool_ = std::make_unique<Spool>(name, TextOf(PathOf(name).parent_path()));
     }
     if (spool_) path_ = spool_->Path();
 }
@@ -38,23 +39,23 @@ Input::~Input() = default;
 
 bool Input::IsDirectory() const {
     std::error_code unknown;
-    return fs::is_directory(path_, unknown);
+    return fs::is_directory(PathOf(path_), unknown);
 }
 
 std::string Input::Shown(const std::string& opened) const {
-    const auto openedPath = fs::path(opened).lexically_normal();
-    const auto mainPath = fs::absolute(path_).lexically_normal();
+    const auto openedPath = PathOf(opened).lexically_normal();
+    const auto mainPath = fs::absolute(PathOf(path_)).lexically_normal();
     if (openedPath == mainPath) return name_;
     if (openedPath.parent_path() != mainPath.parent_path()) return opened;
-    const fs::path directory = spool_ ? fs::path(spool_->IncludedFrom()) : fs::path(path_).parent_path();
-    return (directory / openedPath.filename()).string();
+    const fs::path directory = spool_ ? PathOf(spool_->IncludedFrom()) : PathOf(path_).parent_path();
+    return TextOf(directory / openedPath.filename());
 }
 
 std::string Input::ShownMessage(const std::string& message) const {
     if (!spool_) return message;
-    const std::string directory = fs::path(path_).parent_path().string();
-    const fs::path from = spool_->IncludedFrom().empty() ? "." : spool_->IncludedFrom();
-    const std::string folder = (fs::absolute(from) / "").lexically_normal().string();
-    const std::string files = Replaced(Replaced(message, path_, name_), (fs::path(directory) / "").string(), folder);
-    return Replaced(files, directory, folder.size() > 1 ? folder.substr(0, folder.size() - 1) : folder);
+    const fs::path directory = PathOf(path_).parent_path();
+    const fs::path from = PathOf(spool_->IncludedFrom().empty() ? "." : spool_->IncludedFrom());
+    const std::string folder = TextOf((fs::absolute(from) / "").lexically_normal());
+    const std::string files = Replaced(Replaced(message, path_, name_), TextOf(directory / ""), folder);
+    return Replaced(files, TextOf(directory), folder.size() > 1 ? folder.substr(0, folder.size() - 1) : folder);
 }

@@ -19,6 +19,7 @@
 #include "IncludedFiles.h"
 #include "Interruption.h"
 #include "ModelWords.h"
+#include "PathText.h"
 #include "ProgressBar.h"
 #include "Terminal.h"
 
@@ -46,7 +47,7 @@ CheckSettings ToCheck(const ReadSettings& settings) {
 bool CanBeReadTwice(const std::string& path) {
     const std::vector<std::string> paths = WithIncludedFiles(path);
     return std::all_of(paths.begin(), paths.end(), [](const std::string& included) {
-        return MayBeReread(included) || !std::filesystem::exists(included);
+        return MayBeReread(included) || !std::filesystem::exists(PathOf(included));
     });
 }
 

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "PathText.h"
+
 namespace {
 
 constexpr std::string_view blanks = " \t\r\n,=";
@@ -52,12 +54,12 @@ void ModelWords::SkipBlanksAndComments() {
 
 bool MayBeReread(const std::string& path) {
     std::error_code unknown;
-    return std::filesystem::is_regular_file(path, unknown);
+    return std::filesystem::is_regular_file(PathOf(path), unknown);
 }
 
 std::string ReadHead(const std::string& path, std::size_t limit) {
     if (!MayBeReread(path)) return {};
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    std::ifstream file(PathOf(path), std::ios::binary);
     std::string head(limit, '\0');
     file.read(head.data(), static_cast<std::streamsize>(limit));
     head.resize(static_cast<std::size_t>(file.gcount()));

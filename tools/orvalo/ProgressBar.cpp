@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -15,6 +14,7 @@
 #include <fmt/format.h>
 
 #include "HarmlessText.h"
+#include "PathText.h"
 #include "Terminal.h"
 
 namespace {
@@ -46,7 +46,7 @@ T Published(T& progress) {
 }  // namespace
 
 ProgressBar::ProgressBar(const std::string& path, std::function<State()> state)
-    : label_(Harmless(std::filesystem::path(path).filename().string())), state_(std::move(state)) {
+    : label_(Harmless(TextOf(PathOf(path).filename()))), state_(std::move(state)) {
     if (IsTerminal(stderr)) thread_ = std::thread(&ProgressBar::Run, this);
 }
 

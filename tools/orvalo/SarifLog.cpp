@@ -14,6 +14,7 @@
 
 #include "CheckedFile.h"
 #include "Input.h"
+#include "PathText.h"
 
 namespace {
 
@@ -24,8 +25,9 @@ const char* LevelOf(orvalo::Severity severity) {
 }
 
 std::string UriOf(const std::string& path) {
-    const std::filesystem::path file(path);
-    const std::string name = file.generic_string();
+    const std::filesystem::path file = PathOf(path);
+    std::string name = TextOf(file);
+    if constexpr (std::filesystem::path::preferred_separator == '\\') std::replace(name.begin(), name.end(), '\\', '/');
     std::string uri;
     if (file.is_absolute()) uri = name.starts_with('/') ? "file://" : "file:///";
     for (const char c : name) {

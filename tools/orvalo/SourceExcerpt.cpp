@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -14,6 +13,7 @@
 
 #include "HarmlessText.h"
 #include "ModelWords.h"
+#include "PathText.h"
 
 namespace {
 
@@ -35,7 +35,7 @@ struct LineParts {
 
 /// Bytes of a file from an offset on, fewer at its end; nothing where they cannot be read.
 std::optional<std::string> ReadBytes(const std::string& path, std::uint64_t offset, std::size_t count) {
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    std::ifstream file(PathOf(path), std::ios::binary);
     file.seekg(static_cast<std::streamoff>(offset));
     std::string bytes(count, '\0');
     file.read(bytes.data(), static_cast<std::streamsize>(count));

@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 
 #include "IncludedFiles.h"
+#include "PathText.h"
 
 namespace fs = std::filesystem;
 
@@ -26,11 +27,11 @@ struct CloseFile {
 using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
 /// On Windows only wide names can hold every letter.
-std::FILE* OpenNew(const fs::path& path) {
+std::FILE* Open(const fs::path& path, const char* mode) {
 #if defined(_WIN32)
-    return _wfopen(path.c_str(), L"wb");
+    return _wfopen(path.c_str(), fs::path(mode).c_str());
 #else
-    return std::fopen(path.c_str(), "wb");
+    return std::fopen(path.c_str(), mode);
 #endif
 }
 
@@ -53,28 +54,29 @@ void Copy(std::FILE& from, std::FILE& to) {
     }
     if (std::ferror(&from) != 0) throw std::runtime_error("the input cannot be read");
     if (std::fflush(&to) != 0 || std::ferror(&to) != 0) {
-        throw std::runtime_error("the input cannot be copied to " + fs::temp_directory_path().string());
+        throw std::runtime_error("the input cannot be copied to " + TextOf(fs::temp_directory_path()));
     }
 }
 
 }  // namespace
 
 Spool::Spool(const std::string& pipe, const std::string& includedFrom)
-    : directory_(MakeDirectory().string()), includedFrom_(includedFrom) {
+    : directory_(MakeDirectory()), includedFrom_(includedFrom) {
     // No file that is included can have a name with a blank.
-    path_ = (fs::path(directory_) / "standard input").string();
+    path_ = TextOf(directory_ / "standard input");
     try {
-        const OpenFile source(pipe.empty() ? stdin : std::fopen(pipe.c_str(), "rb"));
-        const OpenFile copy(OpenNew(path_));
+        const OpenFile source(pipe.empty() ? stdin : Open(PathOf(pipe), "rb"));
+        const OpenFile copy(Open(directory_ / "standard input", "wb"));
         if (!source || !copy) throw std::runtime_error("the input cannot be opened: " + pipe);
         Copy(*source, *copy);
         for (const std::string& included : WithIncludedFiles(path_, includedFrom_)) {
             std::error_code ignored;
-            const fs::path link = fs::path(directory_) / fs::path(included).filename();
             if (included == path_) continue;
-            fs::create_symlink(fs::absolute(included), link, ignored);
+            const fs::path target = fs::absolute(PathOf(included));
+            const fs::path link = directory_ / target.filename();
+            fs::create_symlink(target, link, ignored);
             // Not everybody may make links on every system.
-            if (ignored) fs::copy_file(included, link, ignored);
+            if (ignored) fs::copy_file(target, link, ignored);
         }
     } catch (...) {
         std::error_code ignored;

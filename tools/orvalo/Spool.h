@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 /// A copy of what can be read only once, in a temporary directory that is removed with the object.
@@ -16,7 +17,7 @@ public:
     const std::string& IncludedFrom() const { return includedFrom_; }
 
 private:
-    std::string directory_;
+    std::filesystem::path directory_;
     std::string path_;
     std::string includedFrom_;
 };

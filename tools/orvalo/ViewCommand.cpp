@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,6 +19,7 @@
 #include "ExitStatus.h"
 #include "FormatOption.h"
 #include "HarmlessText.h"
+#include "PathText.h"
 #include "ProgressBar.h"
 #include "export/OutputFile.h"
 #include "view/PageBlocks.h"
@@ -93,7 +93,7 @@ ExitStatus AddFile(const std::string& name, const ViewArguments& arguments, Json
 
 ExitStatus Run(const ViewArguments& arguments) {
     const std::string& first = arguments.names.front();
-    const std::string stem = first == "-" ? "stdin" : std::filesystem::path(first).stem().string();
+    const std::string stem = first == "-" ? "stdin" : TextOf(PathOf(first).stem());
     const std::string target = arguments.target.empty() ? stem + ".html" : arguments.target;
     try {
         // First, so that no time is spent for nothing.

@@ -9,13 +9,16 @@
 #include <thread>
 #include <utility>
 
+#include "PathText.h"
+
 namespace {
 
 constexpr std::chrono::milliseconds lookEvery{150};
 
 using State = std::pair<std::filesystem::file_time_type, std::uintmax_t>;
 
-State StateOf(const std::string& path) {
+State StateOf(const std::string& name) {
+    const std::filesystem::path path = PathOf(name);
     std::error_code none;
     const auto written = std::filesystem::last_write_time(path, none);
     return {written, std::filesystem::file_size(path, none)};

@@ -24,6 +24,7 @@
 #include "InfoCommand.h"
 #include "Interruption.h"
 #include "NearestWord.h"
+#include "PathText.h"
 #include "StatsCommand.h"
 #include "ValueCommand.h"
 #include "ViewCommand.h"
@@ -38,7 +39,7 @@ First Classify(const std::string& argument, const std::vector<std::string>& comm
     if (std::find(commands.begin(), commands.end(), argument) != commands.end()) return First::command;
     std::error_code unknown;
     const bool file = argument.starts_with('-') || argument.find_first_of("./\\") != std::string::npos ||
-                      std::filesystem::exists(argument, unknown);
+                      std::filesystem::exists(PathOf(argument), unknown);
     return file ? First::file : First::unknown;
 }
 

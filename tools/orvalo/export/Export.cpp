@@ -4,7 +4,6 @@
 #include <atomic>
 #include <cctype>
 #include <cstddef>
-#include <filesystem>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -19,6 +18,7 @@
 #include <Orvalo3DReader/Write/WriteResultsMat.h>
 #include <Orvalo3DReader/Write/WriteResultsTxt.h>
 
+#include "PathText.h"
 #include "export/CellData.h"
 #include "export/ModelJson.h"
 #include "export/NumpyFile.h"
@@ -163,7 +163,7 @@ bool Holds(const Form& form, FileKind kind) {
 }
 
 const Form* FormOf(const std::string& path) {
-    std::string extension = std::filesystem::path(path).extension().string();
+    std::string extension = TextOf(PathOf(path).extension());
     for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     const auto* found =
         std::find_if(std::begin(forms), std::end(forms), [&](const Form& f) { return f.extension == extension; });

@@ -11,6 +11,8 @@
 
 #include <fmt/format.h>
 
+#include "PathText.h"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -18,8 +20,8 @@ namespace {
 constexpr std::size_t bufferSize = std::size_t{1} << 18U;
 constexpr const char* existing = "The file exists. With --force it is replaced.";
 
-fs::path DirectoryOf(const std::string& path) {
-    const fs::path parent = fs::path(path).parent_path();
+fs::path DirectoryOf(const fs::path& path) {
+    const fs::path parent = path.parent_path();
     return parent.empty() ? fs::path(".") : parent;
 }
 
@@ -34,16 +36,17 @@ std::string Reason() {
 
 }  // namespace
 
-OutputFile::OutputFile(const std::string& path, bool overwrite) : path_(path), overwrite_(overwrite) {
-    RequirePlace(path_, overwrite_);
+OutputFile::OutputFile(const std::string& path, bool overwrite)
+    : name_(path), path_(PathOf(path)), overwrite_(overwrite) {
+    RequirePlace(name_, overwrite_);
     buffer_.reserve(bufferSize);
     // A name that nobody else comes upon.
     std::random_device random;
-    const std::string hidden = fmt::format(".{}.{:08x}{:08x}", fs::path(path_).filename().string(), random(), random());
-    const fs::path temporary = DirectoryOf(path_) / hidden;
+    const std::string hidden = fmt::format(".{}.{:08x}{:08x}", TextOf(path_.filename()), random(), random());
+    const fs::path temporary = DirectoryOf(path_) / PathOf(hidden);
     stream_.rdbuf()->pubsetbuf(nullptr, 0);
     stream_.open(temporary, std::ios::binary | std::ios::out);
-    if (!stream_) Refuse(path_, fmt::format("Unable to create the file: {}.", Reason()));
+    if (!stream_) Refuse(name_, fmt::format("Unable to create the file: {}.", Reason()));
     temporary_ = temporary;
     // Not every file system has permissions.
     std::error_code ignored;
@@ -58,7 +61,7 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::RequireGood() const {
-    if (!stream_) Refuse(path_, fmt::format("Unable to write: {}.", Reason()));
+    if (!stream_) Refuse(name_, fmt::format("Unable to write: {}.", Reason()));
 }
 
 void OutputFile::WriteAll(const char* data, std::size_t size) {
@@ -102,10 +105,10 @@ void OutputFile::Commit() {
     std::error_code error;
     // A link fails where a file has appeared meanwhile; not every file system has links.
     if (!overwrite_) fs::create_hard_link(temporary_, path_, error);
-    if (!overwrite_ && error == std::errc::file_exists) Refuse(path_, existing);
+    if (!overwrite_ && error == std::errc::file_exists) Refuse(name_, existing);
     if (overwrite_ || error) {
         fs::rename(temporary_, path_, error);
-        if (error) Refuse(path_, fmt::format("Unable to name the file so: {}.", error.message()));
+        if (error) Refuse(name_, fmt::format("Unable to name the file so: {}.", error.message()));
     } else {
         fs::remove(temporary_, error);
     }
@@ -114,12 +117,12 @@ void OutputFile::Commit() {
 
 void RequirePlace(const std::string& path, bool overwrite) {
     std::error_code unknown;
-    const fs::file_status there = fs::symlink_status(path, unknown);
+    const fs::file_status there = fs::symlink_status(PathOf(path), unknown);
     if (!fs::exists(there)) return;
     if (fs::is_directory(there)) Refuse(path, "This is a directory.");
     if (!overwrite) Refuse(path, existing);
     // A link is replaced as what it is, unless a device or the like is meant by it.
-    const fs::file_status meant = fs::status(path, unknown);
+    const fs::file_status meant = fs::status(PathOf(path), unknown);
     if (!fs::exists(meant)) return;
     if (!fs::is_regular_file(meant)) Refuse(path, "This is no regular file.");
     if ((meant.permissions() & fs::perms::owner_write) == fs::perms::none)
@@ -128,7 +131,7 @@ void RequirePlace(const std::string& path, bool overwrite) {
 
 void RequireSpace(const std::string& path, std::uint64_t bytes, const std::string& advice) {
     std::error_code unknown;
-    const fs::space_info space = fs::space(DirectoryOf(path), unknown);
+    const fs::space_info space = fs::space(DirectoryOf(PathOf(path)), unknown);
     if (unknown || space.available >= bytes) return;
     constexpr double gibibyte = 1024.0 * 1024 * 1024;
     throw OutputError(fmt::format("{}: error: This takes {:.1f} GiB, and {:.1f} GiB are free.{}", path,

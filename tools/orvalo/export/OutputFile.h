@@ -43,7 +43,8 @@ private:
     void WriteAll(const char* data, std::size_t size);
     void RequireGood() const;
 
-    std::string path_;
+    std::string name_;
+    std::filesystem::path path_;
     std::filesystem::path temporary_;
     bool overwrite_;
     std::ofstream stream_;

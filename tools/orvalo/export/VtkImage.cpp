@@ -12,6 +12,7 @@
 #include <fmt/format.h>
 
 #include "Parallel.h"
+#include "PathText.h"
 #include "export/OutputFile.h"
 #include "export/VtkFile.h"
 
@@ -200,12 +201,12 @@ void WriteVtkPieces(const CellData& data, const std::string& path, const ExportO
     RequireSpaceFor(data, path, options);
     progress.total = whole.Cells() * BytesPerCell(data);
     const std::vector<GridRegion> regions = Cut(whole, PiecesOf(options, whole));
-    const std::filesystem::path target(path);
+    const std::filesystem::path target = PathOf(path);
     std::vector<std::string> names;
     names.reserve(regions.size());
     for (std::size_t i = 0; i < regions.size(); ++i)
-        names.push_back(fmt::format("{}_{}.vti", target.stem().string(), i));
-    const auto pathOf = [&](std::size_t i) { return (target.parent_path() / names[i]).string(); };
+        names.push_back(fmt::format("{}_{}.vti", TextOf(target.stem()), i));
+    const auto pathOf = [&](std::size_t i) { return TextOf(target.parent_path() / PathOf(names[i])); };
     const std::size_t memory = slabBytes / ThreadCount(options.threads);
     OutputFile index(path, options.overwrite);
     WriteIndex(data, whole, regions, names, index);

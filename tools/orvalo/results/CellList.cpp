@@ -5,7 +5,6 @@
 #include <cctype>
 #include <charconv>
 #include <cstddef>
-#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -17,6 +16,7 @@
 #include <fmt/format.h>
 
 #include "CellKey.h"
+#include "PathText.h"
 
 namespace {
 
@@ -83,7 +83,7 @@ CellBox ParseCellBox(const std::string& text) {
 }
 
 std::vector<orvalo::Point> ReadCells(const std::string& path, const std::string& shownName) {
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    std::ifstream file(PathOf(path), std::ios::binary);
     if (!file) throw CellListError(shownName + ": error: Unable to open the file.");
     std::vector<orvalo::Point> cells;
     std::string line;

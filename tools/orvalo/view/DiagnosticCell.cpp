@@ -5,12 +5,13 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
+
+#include "PathText.h"
 
 namespace {
 
@@ -18,7 +19,7 @@ constexpr std::size_t longestLine = 4096;
 
 /// The line of a place; empty where it cannot be read, or is a very long one.
 std::string LineOf(const orvalo::InputPlace& place) {
-    std::ifstream file(std::filesystem::path(place.path), std::ios::binary);
+    std::ifstream file(PathOf(place.path), std::ios::binary);
     if (!file || place.column > longestLine) return "";
     file.seekg(static_cast<std::streamoff>(place.offset - (place.column - 1)));
     std::string line(longestLine, '\0');
