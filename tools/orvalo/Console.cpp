@@ -33,6 +33,8 @@ BOOL WINAPI RestoreAtEnd(DWORD) {
 
 Console::Console() {
     for (std::FILE* stream : {stdin, stdout, stderr}) ::_setmode(::_fileno(stream), _O_BINARY);
+    // Where it is no console, it would be kept back otherwise.
+    std::setvbuf(stderr, nullptr, _IONBF, 0);
     codePageBefore = ::GetConsoleOutputCP();
     if (codePageBefore == 0) return;
     ::SetConsoleOutputCP(CP_UTF8);

@@ -3,26 +3,45 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
-#include <filesystem>
 #include <string>
-#include <system_error>
 #include <thread>
 #include <utility>
 
+#if defined(_WIN32)
+#include <windows.h>
+
 #include "PathText.h"
+#else
+#include <filesystem>
+#include <system_error>
+#endif
 
 namespace {
 
 constexpr std::chrono::milliseconds lookEvery{150};
 
-using State = std::pair<std::filesystem::file_time_type, std::uintmax_t>;
+using State = std::pair<std::uint64_t, std::uintmax_t>;
 
-State StateOf(const std::string& name) {
-    const std::filesystem::path path = PathOf(name);
-    std::error_code none;
-    const auto written = std::filesystem::last_write_time(path, none);
-    return {written, std::filesystem::file_size(path, none)};
+#if defined(_WIN32)
+// The standard library's times of files are whole seconds there.
+State StateOf(const std::string& path) {
+    WIN32_FILE_ATTRIBUTE_DATA found;
+    if (::GetFileAttributesExW(PathOf(path).c_str(), GetFileExInfoStandard, &found) == 0) return {};
+    ULARGE_INTEGER written;
+    written.LowPart = found.ftLastWriteTime.dwLowDateTime;
+    written.HighPart = found.ftLastWriteTime.dwHighDateTime;
+    ULARGE_INTEGER size;
+    size.LowPart = found.nFileSizeLow;
+    size.HighPart = found.nFileSizeHigh;
+    return {written.QuadPart, size.QuadPart};
 }
+#else
+State StateOf(const std::string& path) {
+    std::error_code none;
+    const auto written = std::filesystem::last_write_time(path, none).time_since_epoch();
+    return {static_cast<std::uint64_t>(written.count()), std::filesystem::file_size(path, none)};
+}
+#endif
 
 }  // namespace
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <map>
 #include <string>
@@ -22,8 +21,8 @@ public:
     std::string WaitForChange();
 
 private:
-    /// When and how large a file was when it was looked at.
-    using State = std::pair<std::filesystem::file_time_type, std::uintmax_t>;
+    /// When a file was written, on the system's clock, and how large it was, when it was looked at.
+    using State = std::pair<std::uint64_t, std::uintmax_t>;
     using Snapshot = std::map<std::string, State>;
 
     Snapshot Look();
