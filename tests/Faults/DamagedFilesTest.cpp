@@ -49,7 +49,14 @@ const Damaged files[] = {
 
 class DamagedFiles : public testing::TestWithParam<int> {};
 
-/// Reads every beginning of the content, then the content with every other value of every byte.
+// Under an emulator, where all of them take long, one in 15 of the 255 other values of each byte.
+#if defined(ORVALO_EMULATED)
+constexpr int step = 15;
+#else
+constexpr int step = 1;
+#endif
+
+/// Reads every beginning of the content, then the content with other values of every byte.
 TEST_P(DamagedFiles, AreReadOrRefused) {
     const auto& [content, read, leastCodes] = files[GetParam()];
     const std::string path = support::WriteFile("damaged", "");
@@ -64,7 +71,7 @@ TEST_P(DamagedFiles, AreReadOrRefused) {
     std::string bytes = content;
     for (std::size_t size = 0; size < content.size(); ++size) attempt(std::string_view(bytes).substr(0, size));
     for (std::size_t place = 0; place < bytes.size(); ++place) {
-        for (int change = 1; change < 256; ++change) {
+        for (int change = 1 + static_cast<int>(place) % step; change < 256; change += step) {
             bytes[place] = static_cast<char>(content[place] ^ change);
             attempt(bytes);
         }
@@ -72,7 +79,7 @@ TEST_P(DamagedFiles, AreReadOrRefused) {
     }
     std::size_t count = 0;
     for (const auto& [code, times] : codes) count += times;
-    EXPECT_EQ(count, 256 * content.size());
+    EXPECT_EQ(count, (1 + 255 / step) * content.size());
     EXPECT_GE(codes.size(), leastCodes);
     std::cout << "damaged files: " << count << '\n';
 }

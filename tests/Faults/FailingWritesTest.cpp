@@ -129,7 +129,7 @@ TEST(FailingWrites, LeaveWhatWasThere) {
     const long calls = FailEachOf(saving);
     const long opens = FailEachOf(opening);
     const long sizes = FailEach([](long k, const std::function<void()>& write) {
-        room = static_cast<std::size_t>(k) * 7 - 7;
+        room = static_cast<std::size_t>(k) * 61 - 61;
         write();
         const bool reached = room == 0;
         room = static_cast<std::size_t>(-1);
