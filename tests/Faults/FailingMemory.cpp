@@ -47,7 +47,7 @@ void* aligned_alloc(size_t alignment, size_t size) {
 }
 
 /// What Clang's library takes for exceptions. It does not fail: version 14 then takes memory from a reserve that is not
-/// aligned as the unwinder needs it, so that every throw ends in a fault.
+/// aligned as the unwinder needs it, so that a throw may end in a fault.
 int posix_memalign(void** taken, size_t alignment, size_t size) {
     *taken = Counted(__libc_memalign(alignment, size));
     return *taken == nullptr ? ENOMEM : 0;
