@@ -16,9 +16,27 @@ foreach(folder CLI fmt nlohmann)
   file(MAKE_DIRECTORY ${headers})
   file(CREATE_LINK /usr/include/${folder} ${headers}/${folder} SYMBOLIC)
 endforeach()
-foreach(library CLI11::CLI11 fmt::fmt fmt::fmt-header-only nlohmann_json::nlohmann_json)
+foreach(library CLI11::CLI11 fmt::fmt-header-only nlohmann_json::nlohmann_json)
   add_library(${library} INTERFACE IMPORTED)
   target_include_directories(${library} SYSTEM INTERFACE ${headers})
 endforeach()
-target_compile_definitions(fmt::fmt INTERFACE FMT_HEADER_ONLY)
 target_compile_definitions(fmt::fmt-header-only INTERFACE FMT_HEADER_ONLY)
+
+# The headers of fmt hold its source too, which is compiled here once rather than with each source that formats.
+if(ORVALO_BUILD_TOOL)
+  file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/fmt.cpp CONTENT "#include <fmt/format-inl.h>
+
+FMT_BEGIN_NAMESPACE
+namespace detail {
+template FMT_API auto dragonbox::to_decimal(float) noexcept -> dragonbox::decimal_fp<float>;
+template FMT_API auto dragonbox::to_decimal(double) noexcept -> dragonbox::decimal_fp<double>;
+template FMT_API auto thousands_sep_impl(locale_ref) -> thousands_sep_result<char>;
+template FMT_API auto decimal_point_impl(locale_ref) -> char;
+}
+FMT_END_NAMESPACE
+")
+  add_library(fmt STATIC EXCLUDE_FROM_ALL ${PROJECT_BINARY_DIR}/fmt.cpp)
+  target_compile_features(fmt PUBLIC cxx_std_20)
+  target_include_directories(fmt SYSTEM PUBLIC ${headers})
+  add_library(fmt::fmt ALIAS fmt)
+endif()
