@@ -144,8 +144,8 @@ test('panels: objects, diagnostics that jump, signals, histogram', async () => {
 });
 
 test('results: columns, range, extremes, values that are no numbers', async () => {
-  const page = await open('<i>results.html', {dark: true});
-  assert.equal(await page.$eval('#files', (files) => files.textContent), '<i>results.txt');
+  const page = await open('&lt;results.html', {dark: true});
+  assert.equal(await page.$eval('#files', (files) => files.textContent), '&lt;results.txt');
   assert.equal(await page.evaluate(() => document.documentElement.dataset.theme), 'dark');
   assert.deepEqual(await page.$$eval('#mode option', (options) => options.map((option) => option.value)), ['u', markup]);
   const at = (cell) => colourAt(page, 0, cell);

@@ -37,7 +37,7 @@ FILES = {
     'broken.model': HEAD + grid(ROWS, len(CELLS), 1) + REST.replace('input definition', 'inptu definition'),
     'sparse.model': HEAD + grid('\n'.join(f'{i * 10 + 9} {i * 10 + 9} {i * 10 + 9} 1' for i in range(1000)), 1000) + REST,
     'large.model': HEAD + large_grid() + REST,
-    '<i>results.txt': 'x y z f u </script><script>alert(1)</script>\n65534 0 5 0 2 7\n1 0 5 0 -2 8\n2 0 5 0 0 9\n3 0 5 0 nan 1e30\n'.replace(' ', '\t'),
+    '&lt;results.txt': 'x y z f u </script><script>alert(1)</script>\n65534 0 5 0 2 7\n1 0 5 0 -2 8\n2 0 5 0 0 9\n3 0 5 0 nan 1e30\n'.replace(' ', '\t'),
 }
 
 
