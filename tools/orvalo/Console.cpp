@@ -6,6 +6,7 @@
 
 #if defined(_WIN32)
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include <fcntl.h>
@@ -31,7 +32,7 @@ BOOL WINAPI RestoreAtEnd(DWORD) {
 
 }  // namespace
 
-Console::Console() {
+void PrepareConsole() {
     for (std::FILE* stream : {stdin, stdout, stderr}) ::_setmode(::_fileno(stream), _O_BINARY);
     // Where it is no console, it would be kept back otherwise.
     std::setvbuf(stderr, nullptr, _IONBF, 0);
@@ -39,13 +40,10 @@ Console::Console() {
     if (codePageBefore == 0) return;
     ::SetConsoleOutputCP(CP_UTF8);
     ::SetConsoleCtrlHandler(RestoreAtEnd, TRUE);
+    std::atexit(RestoreCodePage);
 }
 
-Console::~Console() {
-    RestoreCodePage();
-}
-
-std::vector<std::string> Console::Arguments(int, char**) {
+std::vector<std::string> CommandLine(int, char**) {
     int count = 0;
     const std::unique_ptr<LPWSTR, decltype(&::LocalFree)> words(::CommandLineToArgvW(::GetCommandLineW(), &count),
                                                                 &::LocalFree);
@@ -54,10 +52,9 @@ std::vector<std::string> Console::Arguments(int, char**) {
     return arguments;
 }
 #else
-Console::Console() = default;
-Console::~Console() = default;
+void PrepareConsole() {}
 
-std::vector<std::string> Console::Arguments(int argc, char** argv) {
+std::vector<std::string> CommandLine(int argc, char** argv) {
     return {argv + std::min(argc, 1), argv + argc};
 }
 #endif

@@ -99,8 +99,8 @@ ExitStatus Run(std::vector<std::string> arguments) {
 
 int main(int argc, char** argv) {
     try {
-        const Console console;
-        const ExitStatus status = Run(Console::Arguments(argc, argv));
+        PrepareConsole();
+        const ExitStatus status = Run(CommandLine(argc, argv));
         if (std::fflush(stdout) == 0) return static_cast<int>(status);
         std::perror("orvalo: standard output");
     } catch (const Interrupted&) {
