@@ -8,6 +8,7 @@
 
 #include "Common/MessageCatalogue.h"
 #include "Faults/Subjects.h"
+#include "Support/Emulated.h"
 
 namespace orvalo::faults {
 namespace {
@@ -50,11 +51,7 @@ const Damaged files[] = {
 class DamagedFiles : public testing::TestWithParam<int> {};
 
 // Under an emulator, where all of them take long, one in 15 of the 255 other values of each byte.
-#if defined(ORVALO_EMULATED)
-constexpr int step = 15;
-#else
-constexpr int step = 1;
-#endif
+constexpr int step = support::emulated ? 15 : 1;
 
 /// Reads every beginning of the content, then the content with other values of every byte.
 TEST_P(DamagedFiles, AreReadOrRefused) {

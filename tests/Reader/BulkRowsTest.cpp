@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Support/Emulated.h"
 #include "Support/ModelFiles.h"
 
 namespace orvalo {
@@ -132,7 +133,7 @@ private:
 TEST(BulkRows, FastPathsReadLikeTheGeneralOne) {
     RowTexts texts;
     unsigned int succeeded = 0;
-    constexpr unsigned int cases = 3000;
+    constexpr unsigned int cases = emulated ? 300 : 3000;
     WriteFile("rows.inc", "1 2 3 4\n5 6 7 8\n");
     for (unsigned int i = 0; i < cases && !HasFailure(); ++i) {
         const std::string text = texts.Next();
