@@ -1,7 +1,6 @@
 #pragma once
 
 #include <atomic>
-#include <barrier>
 #include <functional>
 #include <memory>
 #include <string>
@@ -61,8 +60,11 @@ inline std::string ReadsLines(const std::string& path, unsigned int threads, con
 
 /// Has the C library keep what it takes for as many threads at once, which counts as held.
 inline void KeepThreads() {
-    std::barrier all(4);
-    const auto wait = [&all] { all.arrive_and_wait(); };
+    // No barrier: that of GCC 12 may sleep on where the system cannot wait for a value.
+    std::atomic<int> missing{4};
+    const auto wait = [&missing] {
+        for (--missing; missing > 0;) std::this_thread::yield();
+    };
     std::thread threads[] = {std::thread(wait), std::thread(wait), std::thread(wait), std::thread(wait)};
     for (std::thread& thread : threads) thread.join();
 }
