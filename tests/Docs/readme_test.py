@@ -23,7 +23,10 @@ class Readme(unittest.TestCase):
                 typed = ''.join(f"cat <<'EOF'\n$ {command}\nEOF\n{command}\n" for command in commands)
                 done = subprocess.run(['sh', '-c', typed], cwd=folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                                       text=True, timeout=60, check=False)
-                self.assertEqual(done.stdout, session)
+                shown = [done.stdout, session]
+                if os.environ.get('ORVALO_SYSTEM') == 'Windows':
+                    shown = [text.replace('\\', '/') for text in shown]
+                self.assertEqual(*shown)
 
 
 if __name__ == '__main__':
