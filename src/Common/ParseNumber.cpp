@@ -15,8 +15,8 @@
 
 // The C library's strtod follows the locale of the process, and std::from_chars knows neither a sign "+", nor a prefix
 // "0x", nor what to give beyond the range of a double. So the extent of a number is found here, and from_chars is left
-// the one thing that is hard: rounding a decimal number correctly. Not all standard libraries have it for numbers
-// that are no integers.
+// the one thing that is hard: rounding a decimal number correctly. Not all standard libraries have it for numbers that
+// are no integers, and GCC's for 32-bit x86 is itself compiled for registers in which a product is rounded twice.
 
 namespace orvalo {
 
@@ -64,7 +64,7 @@ const char* ReadExponent(const char* p, const char* end, char mark, std::int64_t
     return q;
 }
 
-#if defined(__cpp_lib_to_chars)
+#if defined(__cpp_lib_to_chars) && !defined(__i386__)
 
 /// What a decimal number (no sign, not zero) is that from_chars finds out of range: the side of its leading digit on
 /// which one lies tells.
