@@ -25,6 +25,12 @@ if(WIN32)
   install(FILES README.md CHANGELOG.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
   install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs FILES_MATCHING
     PATTERN *.md PATTERN *.json PATTERN *.png)
+  # Of what is linked into the tool or the library, where it comes from Debian.
+  foreach(package libcli11-dev libfmt-dev nlohmann-json3-dev libz-mingw-w64-dev mingw-w64-x86-64-dev
+      g++-mingw-w64-x86-64-posix)
+    install(FILES /usr/share/doc/${package}/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR}/licences
+      RENAME ${package}.txt OPTIONAL)
+  endforeach()
 endif()
 
 if(TARGET orvalo)
@@ -39,5 +45,6 @@ if(WIN32 AND PROJECT_IS_TOP_LEVEL)
   set(CPACK_GENERATOR ZIP)
   set(CPACK_PACKAGE_FILE_NAME ${PROJECT_NAME}-${PROJECT_VERSION}-windows-x64)
   set(CPACK_VERBATIM_VARIABLES ON)
+  set(CPACK_STRIP_FILES ON)
   include(CPack)
 endif()

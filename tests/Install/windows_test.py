@@ -45,7 +45,7 @@ class Archive(unittest.TestCase):
             share/doc/Orvalo3DReader/docs/platforms.md""".split()
         self.assertLessEqual(set(needed), names)
         others = re.compile(r"lib/cmake/Orvalo3DReader/\S+\.cmake|include/Orvalo3DReader/\S+\.h|"
-                            r"share/doc/Orvalo3DReader/\S+\.(md|json|png)")
+                            r"share/doc/Orvalo3DReader/(\S+\.(md|json|png)|licences/\S+\.txt)")
         self.assertEqual([name for name in names - set(needed) if not others.fullmatch(name)], [])
 
     def test_needs_nothing_but_windows(self):
