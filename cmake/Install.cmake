@@ -19,9 +19,11 @@ file(RELATIVE_PATH prefix_from_pkgconfig ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig 
 configure_file(cmake/Orvalo3DReader.pc.in ${PROJECT_BINARY_DIR}/Orvalo3DReader.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/Orvalo3DReader.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-if(WIN32)
+if(MINGW)
   install(FILES ${PROJECT_BINARY_DIR}/Orvalo3DReader.lib ${PROJECT_BINARY_DIR}/Orvalo3DReader.def
     DESTINATION ${CMAKE_INSTALL_LIBDIR})
+endif()
+if(WIN32)
   install(FILES README.md CHANGELOG.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
   install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs FILES_MATCHING
     PATTERN *.md PATTERN *.json PATTERN *.png)
