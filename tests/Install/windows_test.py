@@ -16,7 +16,7 @@ ARCHIVE = Path(sys.argv.pop(1)).resolve()
 HERE = Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
 PLATE = ROOT / "examples" / "plate"
-WINE = "/usr/lib/wine/wine64"
+WINE = ROOT / "script" / "wine"
 OF_WINDOWS = {"kernel32.dll", "msvcrt.dll", "shell32.dll"}
 
 
