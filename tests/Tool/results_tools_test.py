@@ -5,6 +5,7 @@ import os
 import pathlib
 import random
 import re
+import resource
 import statistics
 import subprocess
 import tempfile
@@ -179,6 +180,19 @@ class ResultsTools(unittest.TestCase):
         text = self.run_tool(arguments).stdout
         self.assertRegex(text, rf'^a: 1003 rows\n  column 0 u: 999 finite, 2 not a number, 2 infinite\n    min {min(finite):.6g} +at \(')
         self.assertEqual([int(n) for n in re.findall(r'\| (\d+)$', text, re.M)][:7], bins)
+
+    def test_stats_with_fewer_threads_than_asked(self):
+        """Addresses for the stacks of 200 are not to be had."""
+        self.write(a=results([(1, 1, 1, *map(float, range(200)))], ' '.join(f'u{i}' for i in range(200))))
+
+        def run_limited(*arguments):
+            return subprocess.run([TOOL, *arguments], cwd=self.directory, capture_output=True, text=True, check=False,
+                                  preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (1 << 29, 1 << 29)))
+
+        if run_limited('--version').returncode != 0:
+            self.skipTest('a sanitizer or an emulator needs more itself')
+        done = run_limited('stats', 'a', '--threads', '200')
+        self.assertEqual((done.stderr, done.stdout), ('', self.run_tool('stats a --threads 1').stdout))
 
     def test_stats_of_odd_columns(self):
         self.write(a='u\tw\nnan\t5\n', b='no results', c='u\n')

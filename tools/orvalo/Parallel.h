@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -31,7 +32,11 @@ void ForEachInParallel(std::size_t count, unsigned threads, const Work& work) {
     };
     std::vector<std::jthread> others;
     const std::size_t useful = std::min<std::size_t>(ThreadCount(threads), count);
-    for (std::size_t i = 1; i < useful; ++i) others.emplace_back(run);
+    try {
+        for (std::size_t i = 1; i < useful; ++i) others.emplace_back(run);
+    } catch (const std::system_error&) {
+        // Where the system has no more of them to give, those that there are do all of it.
+    }
     run();
     others.clear();
     if (failure) std::rethrow_exception(failure);
