@@ -3,6 +3,7 @@ tool on its own, under Wine, whose home the environment names."""
 
 import json
 import os
+import pty
 import re
 import shutil
 import subprocess
@@ -96,6 +97,18 @@ class Archive(unittest.TestCase):
             self.assertIsNone(archive.testzip())
         with self.assertRaisesRegex(AssertionError, "error: Unable to open"):
             run(WINE, alone, "check", PLATE / "none.model")
+
+    def test_tool_ends_in_order_on_a_console(self):
+        interrupt = self.folder / "interrupt.exe"
+        temporary = tempfile.mkdtemp(dir=self.folder)
+        run("x86_64-w64-mingw32-g++-posix", "-std=c++17", "-static", HERE / "interrupt" / "interrupt.cpp", "-o", interrupt)
+        # Wine makes a console of a terminal.
+        terminal, end = pty.openpty()
+        done = subprocess.run([WINE, interrupt, self.prefix / "bin" / "orvalo.exe", f"Z:{temporary}"], stdin=end,
+                              stdout=subprocess.PIPE, stderr=end, text=True, timeout=120, check=False)
+        os.close(end)
+        os.close(terminal)
+        self.assertEqual(done.stdout.split(), ["437", "65001", "1", "c000013a", "437", "0"])
 
 
 if __name__ == "__main__":

@@ -430,6 +430,23 @@ class ToolTest(unittest.TestCase):
         self.assertEqual(tool.wait(timeout=60), -signal.SIGINT)
         self.assertEqual(list((self.directory / 'tmp').iterdir()), [])
 
+    @unittest.skipIf(WINDOWS, 'no terminal')
+    def test_interruption_of_a_copy_of_standard_input(self):
+        """Ctrl-C typed on a terminal, while what is piped is copied."""
+        master, slave = pty.openpty()
+        temporary = self.directory / 'tmp'
+        temporary.mkdir()
+        tool = subprocess.Popen([TOOL, 'info', '-'], stdin=subprocess.PIPE, stdout=slave, stderr=slave, start_new_session=True,
+                                preexec_fn=lambda: fcntl.ioctl(slave, termios.TIOCSCTTY, 0),
+                                env={**os.environ, 'TMPDIR': str(temporary)})
+        self.addCleanup(lambda: (tool.kill(), tool.wait(), os.close(master), os.close(slave)))
+        # More than a pipe holds, so that some was read.
+        tool.stdin.write(b'#\n' * 200000)
+        self.assertEqual(len(list(temporary.iterdir())), 1)
+        os.write(master, b'\x03')
+        self.assertEqual(tool.wait(timeout=60), -signal.SIGINT)
+        self.assertEqual(list(temporary.iterdir()), [])
+
     def test_watch(self):
         self.write({'a.model': HEAD + 'include "part"\n' + TAIL, 'part': CUBES})
         tool = subprocess.Popen([TOOL, 'check', '--watch', 'a.model'], cwd=self.directory, stderr=subprocess.PIPE, text=True)

@@ -36,8 +36,8 @@ const std::atomic<bool>* Interruption::Flag() const {
 
 void EndInterrupted() {
 #if defined(_WIN32)
-    // What the system itself would have ended the program with.
-    std::_Exit(static_cast<int>(STATUS_CONTROL_C_EXIT));
+    // What the system itself would have ended the program with. Not at once: the console gets its code page back.
+    std::exit(static_cast<int>(STATUS_CONTROL_C_EXIT));
 #else
     std::signal(SIGINT, SIG_DFL);
     std::raise(SIGINT);

@@ -1,5 +1,7 @@
 #include "Spool.h"
 
+#include <atomic>
+#include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
@@ -12,7 +14,15 @@
 
 #include <fmt/format.h>
 
+#if defined(_WIN32)
+#include <io.h>
+#else
+#include <poll.h>
+#include <unistd.h>
+#endif
+
 #include "IncludedFiles.h"
+#include "Interruption.h"
 #include "PathText.h"
 
 namespace fs = std::filesystem;
@@ -47,12 +57,29 @@ fs::path MakeDirectory() {
     throw std::runtime_error("no temporary directory can be made");
 }
 
-void Copy(std::FILE& from, std::FILE& to) {
+/// What comes next, as soon as there is something. Nothing at the end, or once it is interrupted.
+std::size_t ReadSome(std::FILE& from, std::vector<char>& buffer, const std::atomic<bool>& interrupted) {
+#if defined(_WIN32)
+    const int count = interrupted ? 0 : ::_read(::_fileno(&from), buffer.data(), static_cast<unsigned>(buffer.size()));
+#else
+    // A signal ends a wait, unless it came just before; so none is long.
+    pollfd wanted{::fileno(&from), POLLIN, 0};
+    int ready = 0;
+    while (!interrupted && ready <= 0) {
+        ready = ::poll(&wanted, 1, 100);
+        if (ready < 0 && errno != EINTR) break;
+    }
+    const ssize_t count = interrupted ? 0 : ::read(wanted.fd, buffer.data(), buffer.size());
+#endif
+    if (count < 0) throw std::runtime_error("the input cannot be read");
+    return static_cast<std::size_t>(count);
+}
+
+void Copy(std::FILE& from, std::FILE& to, const std::atomic<bool>& interrupted) {
     std::vector<char> buffer(1 << 16);
-    while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), &from)) {
+    while (const std::size_t count = ReadSome(from, buffer, interrupted)) {
         if (std::fwrite(buffer.data(), 1, count, &to) != count) break;
     }
-    if (std::ferror(&from) != 0) throw std::runtime_error("the input cannot be read");
     if (std::fflush(&to) != 0 || std::ferror(&to) != 0) {
         throw std::runtime_error("the input cannot be copied to " + TextOf(fs::temp_directory_path()));
     }
@@ -60,15 +87,18 @@ void Copy(std::FILE& from, std::FILE& to) {
 
 }  // namespace
 
-Spool::Spool(const std::string& pipe, const std::string& includedFrom)
-    : directory_(MakeDirectory()), includedFrom_(includedFrom) {
+Spool::Spool(const std::string& pipe, const std::string& includedFrom) : includedFrom_(includedFrom) {
+    // Opened while Ctrl-C still ends the program: nothing is made yet, and nobody may ever write the pipe.
+    const OpenFile source(pipe.empty() ? stdin : Open(PathOf(pipe), "rb"));
+    if (!source) throw std::runtime_error("the input cannot be opened: " + pipe);
+    const Interruption interruption;
+    directory_ = MakeDirectory();
     // No file that is included can have a name with a blank.
     path_ = TextOf(directory_ / "standard input");
     try {
-        const OpenFile source(pipe.empty() ? stdin : Open(PathOf(pipe), "rb"));
         const OpenFile copy(Open(directory_ / "standard input", "wb"));
-        if (!source || !copy) throw std::runtime_error("the input cannot be opened: " + pipe);
-        Copy(*source, *copy);
+        if (!copy) throw std::runtime_error("no temporary file can be made in " + TextOf(directory_));
+        Copy(*source, *copy, *interruption.Flag());
         for (const std::string& included : WithIncludedFiles(path_, includedFrom_)) {
             std::error_code ignored;
             if (included == path_) continue;
@@ -78,9 +108,12 @@ Spool::Spool(const std::string& pipe, const std::string& includedFrom)
             // Not everybody may make links on every system.
             if (ignored) fs::copy_file(target, link, ignored);
         }
+        // Whoever wrote the pipe may have been ended by Ctrl-C too, before everything was written.
+        if (*interruption.Flag()) throw Interrupted();
     } catch (...) {
         std::error_code ignored;
         fs::remove_all(directory_, ignored);
+        if (*interruption.Flag()) throw Interrupted();
         throw;
     }
 }
