@@ -440,9 +440,11 @@ class ToolTest(unittest.TestCase):
                                 preexec_fn=lambda: fcntl.ioctl(slave, termios.TIOCSCTTY, 0),
                                 env={**os.environ, 'TMPDIR': str(temporary)})
         self.addCleanup(lambda: (tool.kill(), tool.wait(), os.close(master), os.close(slave)))
-        # More than a pipe holds, so that some was read.
-        tool.stdin.write(b'#\n' * 200000)
-        self.assertEqual(len(list(temporary.iterdir())), 1)
+        tool.stdin.write(b'u\n1\n')
+        tool.stdin.flush()
+        deadline = time.monotonic() + 60
+        while not any(temporary.iterdir()) and time.monotonic() < deadline:
+            time.sleep(0.01)
         os.write(master, b'\x03')
         self.assertEqual(tool.wait(timeout=60), -signal.SIGINT)
         self.assertEqual(list(temporary.iterdir()), [])

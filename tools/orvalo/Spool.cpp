@@ -91,6 +91,7 @@ Spool::Spool(const std::string& pipe, const std::string& includedFrom) : include
     // Opened while Ctrl-C still ends the program: nothing is made yet, and nobody may ever write the pipe.
     const OpenFile source(pipe.empty() ? stdin : Open(PathOf(pipe), "rb"));
     if (!source) throw std::runtime_error("the input cannot be opened: " + pipe);
+    // What it cuts short is not taken for the whole: the reads that follow look at the flag too.
     const Interruption interruption;
     directory_ = MakeDirectory();
     // No file that is included can have a name with a blank.
@@ -108,12 +109,9 @@ Spool::Spool(const std::string& pipe, const std::string& includedFrom) : include
             // Not everybody may make links on every system.
             if (ignored) fs::copy_file(target, link, ignored);
         }
-        // Whoever wrote the pipe may have been ended by Ctrl-C too, before everything was written.
-        if (*interruption.Flag()) throw Interrupted();
     } catch (...) {
         std::error_code ignored;
         fs::remove_all(directory_, ignored);
-        if (*interruption.Flag()) throw Interrupted();
         throw;
     }
 }

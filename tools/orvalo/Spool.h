@@ -7,8 +7,8 @@
 class Spool {
 public:
     /// Reads the pipe of that name, or standard input if it is empty, to its end. Models look for included files beside
-    /// themselves, so links to those of `includedFrom` are put beside the copy. Throws std::runtime_error, and
-    /// Interrupted where Ctrl-C ends it.
+    /// themselves, so links to those of `includedFrom` are put beside the copy. Throws std::runtime_error. Ctrl-C
+    /// ends the copy early and raises the flag of Interruption.
     Spool(const std::string& pipe, const std::string& includedFrom);
     Spool(const Spool&) = delete;
     Spool& operator=(const Spool&) = delete;
