@@ -100,8 +100,9 @@ public:
     }
 
     bool End(const Outcome& outcome) {
+        // Only rows are progress: until a grid has one, what the grid before it came to stands.
+        if (outcome.read > read_) Publish(progress_, outcome.read);
         read_ = outcome.read;
-        Publish(progress_, read_);
         rows_.Keep(outcome.kept);
         counted_.Append(outcome.counted);
         offset_ = outcome.offset;

@@ -111,6 +111,8 @@ struct Outcome {
     int line = 0;
     InputPlace place;
     std::uint64_t row = 0;
+    /// What was told of progress.
+    unsigned long long cubes = 0;
     std::shared_ptr<Model> model = std::make_shared<Model>();
 };
 
@@ -121,6 +123,7 @@ inline Outcome ReadPath(const std::string& path, const ReadSettings& options = {
     Outcome outcome;
     ModelReader reader(path, options.cubesOnly, options.bufferSize);
     reader.Threads(options.threads);
+    reader.TraceCurrentCube(&outcome.cubes);
     try {
         reader.Execute(*outcome.model, options.doublePrecision);
     } catch (const ReadError& failure) {
@@ -210,7 +213,7 @@ inline std::string ToText(const InputPlace& place) {
 inline std::string Fingerprint(const Outcome& outcome) {
     if (outcome.code == 0) return ShowBulk(*outcome.model);
     return outcome.what + " at " + ToText(outcome.place) + " of " + outcome.place.path + " row " +
-           std::to_string(outcome.row) + " behind " + ShowGrid(*outcome.model);
+           std::to_string(outcome.row) + " after " + ShowGrid(*outcome.model);
 }
 
 }  // namespace orvalo::support
