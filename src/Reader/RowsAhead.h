@@ -100,7 +100,7 @@ public:
     }
 
     bool End(const Outcome& outcome) {
-        // Only rows are progress: until a grid has one, what the grid before it came to stands.
+        // As one thread does, tells nothing before a first row: the count of a grid before this one stands until then.
         if (outcome.read > read_) Publish(progress_, outcome.read);
         read_ = outcome.read;
         rows_.Keep(outcome.kept);

@@ -445,6 +445,7 @@ class ToolTest(unittest.TestCase):
         deadline = time.monotonic() + 60
         while not any(temporary.iterdir()) and time.monotonic() < deadline:
             time.sleep(0.01)
+        self.assertEqual(len(list(temporary.iterdir())), 1)
         os.write(master, b'\x03')
         self.assertEqual(tool.wait(timeout=60), -signal.SIGINT)
         self.assertEqual(list(temporary.iterdir()), [])
